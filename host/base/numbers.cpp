@@ -1,0 +1,149 @@
+#include "base/numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "base/text.h"
+
+namespace torva {
+namespace {
+
+constexpr auto kHexDigits = [] {
+  std::array<std::uint8_t, 256> digits{};
+  digits.fill(0xFF);
+  for (std::uint8_t i = 0; i < 10; ++i) digits['0' + i] = i;
+  for (std::uint8_t i = 0; i < 6; ++i) digits['A' + i] = digits['a' + i] = static_cast<std::uint8_t>(10 + i);
+  return digits;
+}();
+
+bool isBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+
+std::string_view withoutPlus(std::string_view text) {
+  const bool isPlusDigit = text.size() > 1 && text.front() == '+' && text[1] != '-' && text[1] != '+';
+  return isPlusDigit ? text.substr(1) : text;
+}
+
+/// Whether a number outside the range of double is so because it is too small.
+bool isTiny(std::string_view text) {
+  const auto exponent = text.find_first_of("eE");
+  if (exponent != std::string_view::npos) return exponent + 1 < text.size() && text[exponent + 1] == '-';
+  const auto first = text.find_first_not_of('-');
+  return first != std::string_view::npos && (text[first] == '0' || text[first] == '.');
+}
+
+std::optional<double> strictReal(std::string_view text) {
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (end != text.data() + text.size()) return std::nullopt;
+  if (error == std::errc::result_out_of_range && isTiny(text)) return 0.0;
+  if (error != std::errc() || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
+/// A short plain decimal, as most numbers are; nothing for any other. Exact: digits and power of ten both are without
+/// rounding, so that the division alone rounds.
+std::optional<double> shortDecimal(std::string_view text) {
+  constexpr std::array kPowers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  constexpr std::size_t kMostDigits = kPowers.size() - 1;
+  const bool isNegative = !text.empty() && text.front() == '-';
+  if (isNegative) text.remove_prefix(1);
+  if (text.empty() || text.size() > kMostDigits + 1) return std::nullopt;
+  std::int64_t digits = 0;
+  std::size_t count = 0, beforePoint = text.size();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '.' && beforePoint == text.size()) {
+      beforePoint = i;
+    } else if (text[i] >= '0' && text[i] <= '9') {
+      digits = digits * 10 + (text[i] - '0');
+      ++count;
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (count == 0 || count > kMostDigits) return std::nullopt;
+  const double size = static_cast<double>(digits) / kPowers[count - std::min(beforePoint, count)];
+  return isNegative ? -size : size;
+}
+
+/// Decimal comma, exponent letter D, and blanks behind the exponent letter made regular.
+std::optional<double> lenientReal(std::string_view text) {
+  constexpr std::size_t kLongestNumber = 400;
+  if (text.size() > kLongestNumber) return std::nullopt;
+  std::string regular;
+  for (const char c : text) {
+    const bool isAfterExponent = !regular.empty() && regular.back() == 'e';
+    if (isAfterExponent && (isBlank(c) || c == '+')) continue;
+    if (c == ',') {
+      regular += '.';
+    } else {
+      regular += c == 'D' || c == 'd' || c == 'E' ? 'e' : c;
+    }
+  }
+  return strictReal(regular);
+}
+
+}  // namespace
+
+std::optional<double> parseReal(std::string_view text) {
+  text = withoutPlus(withoutBlanks(text));
+  if (const auto value = shortDecimal(text)) return value;
+  if (const auto value = strictReal(text)) return value;
+  return lenientReal(text);
+}
+
+std::optional<std::int64_t> parseInteger(std::string_view text) {
+  text = withoutPlus(withoutBlanks(text));
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc() && end == text.data() + text.size()) return value;
+  const auto real = parseReal(text);
+  constexpr double kLimit = 9223372036854775808.0;  // 2^63
+  if (!real || *real != std::trunc(*real) || *real < -kLimit || *real >= kLimit) return std::nullopt;
+  return static_cast<std::int64_t>(*real);
+}
+
+std::optional<std::uint64_t> parseHandle(std::string_view text) {
+  constexpr std::size_t kMostDigits = 16;
+  text = withoutBlanks(text);
+  if (text.empty() || text.size() > kMostDigits) return std::nullopt;
+  std::uint64_t value = 0;
+  for (const char c : text) {
+    const std::uint8_t digit = kHexDigits[static_cast<unsigned char>(c)];
+    if (digit > 0xF) return std::nullopt;
+    value = value << 4 | digit;
+  }
+  return value;
+}
+
+std::string formatReal(double value) {
+  if (!std::isfinite(value)) return "0.0";
+  constexpr double kFixedBelow = 1e16;
+  constexpr double kFixedFrom = 1e-5;
+  const double size = std::fabs(value);
+  const bool isFixed = size == 0 || (size >= kFixedFrom && size < kFixedBelow);
+  std::array<char, 40> buffer;
+  const auto format = isFixed ? std::chars_format::fixed : std::chars_format::scientific;
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format);
+  std::string text(buffer.data(), end);
+  const auto exponent = std::min(text.find('e'), text.size());
+  if (exponent < text.size()) text[exponent] = 'E';
+  if (text.find('.') == std::string::npos) text.insert(exponent, ".0");
+  return text;
+}
+
+std::string formatHandle(std::uint64_t handle) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string text;
+  do {
+    text += kDigits[handle & 0xF];
+    handle >>= 4;
+  } while (handle != 0);
+  std::reverse(text.begin(), text.end());
+  return text;
+}
+
+}  // namespace torva

@@ -1,0 +1,341 @@
+#include "dxf/drawing_file.h"
+
+#include <algorithm>
+#include <deque>
+#include <utility>
+
+#include "base/text.h"
+#include "dxf/file_writer.h"
+#include "dxf/reader.h"
+
+namespace torva::dxf {
+namespace {
+
+constexpr Handle kHighestSeed = Handle{1} << 62;  // beyond it a seed is damage, and handles could run out
+
+/// Whether a record can follow; the last line of a drawing may have no end.
+bool canBeFollowed(std::string_view bytes) {
+  return bytes.ends_with('\n') || bytes.ends_with('\r') || bytes == kByteOrderMark;
+}
+
+}  // namespace
+
+class DrawingFile::Imp {
+ public:
+  explicit Imp(OpenedDrawing drawing)
+      : m_drawing(std::move(drawing)),
+        m_edits(m_drawing.outline.index.size()),
+        m_lineEnd(firstLineEnd(m_drawing.content.bytes())),
+        m_identity(m_drawing.content.identity()) {
+    m_nextHandle = m_drawing.handles.highest() + 1;
+    if (m_drawing.handseed <= kHighestSeed) m_nextHandle = std::max(m_nextHandle, m_drawing.handseed);
+  }
+
+  std::string_view bytes(RecordId id) const {
+    if (const RecordState* state = m_edits.changed(id); state != nullptr && state->bytes) return *state->bytes;
+    return m_edits.isInserted(id) ? std::string_view(m_edits.inserted(id).bytes) : m_drawing.bytes(id);
+  }
+
+  std::size_t placeAt(std::size_t offset) const {
+    if (m_drawing.form == Form::binary) return offset;
+    return LineCounter(m_drawing.content.bytes(), m_drawing.lineEnds).lineAt(offset);
+  }
+  Groups groups(std::string_view bytes) const { return Groups(bytes, m_drawing.form, m_drawing.codes, m_drawing.lineEnds); }
+
+  /// All that is to be saved, in order. Runs of untouched records are one piece.
+  std::vector<std::string_view> pieces() const;
+
+  RecordId headerRecord() const {
+    const Section* header = m_drawing.section("HEADER");
+    return header == nullptr ? kNoRecord : header->first;
+  }
+
+  void setState(RecordId id, RecordState state) {
+    m_edits.setState(id, std::move(state));
+    noteChange();
+  }
+
+  void noteChange() { m_isModified = m_wasSaved || m_edits.isAnyChanged(); }
+
+  OpenedDrawing m_drawing;
+  RecordEdits m_edits;
+  const std::string m_lineEnd;
+  std::deque<std::string> m_typeNames;  // of inserted records
+  std::string m_path;
+  FileIdentity m_identity;
+  Handle m_nextHandle = 1;
+  bool m_hasGivenHandles = false;
+  bool m_isModified = false;
+  bool m_wasSaved = false;
+};
+
+std::vector<std::string_view> DrawingFile::Imp::pieces() const {
+  const std::string_view content = m_drawing.content.bytes();
+  std::vector<std::string_view> pieces;
+  std::size_t runBegin = 0;
+  const auto endRunAt = [&](std::size_t end) {
+    if (end > runBegin) pieces.push_back(content.substr(runBegin, end - runBegin));
+    runBegin = std::max(runBegin, end);
+  };
+  const auto put = [&](std::string_view bytes) {
+    if (m_drawing.form == Form::text && !pieces.empty() && !canBeFollowed(pieces.back())) pieces.push_back(m_lineEnd);
+    pieces.push_back(bytes);
+  };
+  const RecordIndex& index = m_drawing.outline.index;
+  for (const RecordId id : m_edits.touchedOriginals()) {
+    const std::size_t end = id + 1 < index.size() ? index.offset(id + 1) : content.size();
+    if (const RecordState* state = m_edits.changed(id)) {
+      endRunAt(index.offset(id));
+      runBegin = end;
+      if (!state->isErased) put(*state->bytes);
+    }
+    for (RecordId added = m_edits.firstBehind(id); added != kNoRecord; added = m_edits.inserted(added).next) {
+      if (const RecordState* state = m_edits.changed(added); state != nullptr && state->isErased) continue;
+      // Behind a code that the file ends with, a new record would become its value.
+      endRunAt(std::min(end, m_drawing.incompleteGroup.value_or(end)));
+      runBegin = end;
+      put(bytes(added));
+    }
+  }
+  endRunAt(content.size());
+  return pieces;
+}
+
+Result<DrawingFile> DrawingFile::open(const std::string& path, DamagePolicy policy, std::vector<Finding>& findings) {
+  auto content = FileContent::open(path);
+  if (!content) return tl::unexpected(content.error());
+  auto drawing = readDrawing(std::move(*content), path, policy, findings);
+  if (!drawing) return tl::unexpected(drawing.error());
+  DrawingFile file(std::make_unique<Imp>(std::move(*drawing)));
+  file.m_imp->m_path = path;
+  return file;
+}
+
+Result<DrawingFile> DrawingFile::fromBytes(std::string bytes, const std::string& name, DamagePolicy policy,
+                                           std::vector<Finding>& findings) {
+  auto drawing = readDrawing(FileContent::fromBytes(std::move(bytes)), name, policy, findings);
+  if (!drawing) return tl::unexpected(drawing.error());
+  return DrawingFile(std::make_unique<Imp>(std::move(*drawing)));
+}
+
+DrawingFile::DrawingFile(std::unique_ptr<Imp> imp) : m_imp(std::move(imp)) {}
+DrawingFile::DrawingFile(DrawingFile&&) noexcept = default;
+DrawingFile& DrawingFile::operator=(DrawingFile&&) noexcept = default;
+DrawingFile::~DrawingFile() = default;
+
+Form DrawingFile::form() const {
+  return m_imp->m_drawing.form;
+}
+BinaryCodes DrawingFile::binaryCodes() const {
+  return m_imp->m_drawing.codes;
+}
+LineEnds DrawingFile::lineEnds() const {
+  return m_imp->m_drawing.lineEnds;
+}
+std::string_view DrawingFile::lineEnd() const {
+  return m_imp->m_lineEnd;
+}
+Version DrawingFile::version() const {
+  return m_imp->m_drawing.version;
+}
+const std::string& DrawingFile::path() const {
+  return m_imp->m_path;
+}
+
+RecordId DrawingFile::recordCount() const {
+  return m_imp->m_edits.recordCount();
+}
+RecordId DrawingFile::originalCount() const {
+  return m_imp->m_edits.originalCount();
+}
+
+RecordType DrawingFile::type(RecordId id) const {
+  const RecordEdits& edits = m_imp->m_edits;
+  return edits.isInserted(id) ? edits.inserted(id).type : m_imp->m_drawing.outline.index.type(id);
+}
+
+std::string_view DrawingFile::typeName(RecordId id) const {
+  if (type(id) == RecordType::none) return {};
+  const Groups all = groups(id);
+  const auto first = all.begin();
+  return first == all.end() ? std::string_view() : withoutBlanks(first->value);
+}
+
+RecordType DrawingFile::typeOf(std::string_view name) const {
+  return m_imp->m_drawing.outline.names.find(name);
+}
+
+Handle DrawingFile::handle(RecordId id) const {
+  const RecordEdits& edits = m_imp->m_edits;
+  return edits.isInserted(id) ? edits.inserted(id).handle : m_imp->m_drawing.outline.index.handle(id);
+}
+
+bool DrawingFile::isErased(RecordId id) const {
+  const RecordState* state = m_imp->m_edits.changed(id);
+  return state != nullptr && state->isErased;
+}
+
+bool DrawingFile::isChanged(RecordId id) const {
+  return m_imp->m_edits.isInserted(id) || m_imp->m_edits.changed(id) != nullptr;
+}
+
+std::string_view DrawingFile::bytes(RecordId id) const {
+  return m_imp->bytes(id);
+}
+
+RecordId DrawingFile::find(Handle handle) const {
+  const RecordId original = m_imp->m_drawing.handles.find(m_imp->m_drawing.outline.index, handle);
+  return original != kNoRecord ? original : m_imp->m_edits.findInserted(handle);
+}
+
+RecordId DrawingFile::next(RecordId id) const {
+  return m_imp->m_edits.next(id);
+}
+
+RecordId DrawingFile::section(std::string_view name) const {
+  const Section* section = m_imp->m_drawing.section(name);
+  return section == nullptr ? kNoRecord : section->first;
+}
+
+std::size_t DrawingFile::place(RecordId id) const {
+  return m_imp->m_edits.isInserted(id) ? 0 : m_imp->placeAt(m_imp->m_drawing.outline.index.offset(id));
+}
+
+std::size_t DrawingFile::place(const Group& group) const {
+  const std::string_view content = m_imp->m_drawing.content.bytes();
+  const auto isBefore = std::less<const char*>();
+  const char* const at = group.value.data();
+  if (isBefore(at, content.data()) || !isBefore(at, content.data() + content.size())) return 0;
+  return m_imp->placeAt(static_cast<std::size_t>(at - content.data()));
+}
+
+std::wstring DrawingFile::text(const Group& group) const {
+  return decode(group.value);
+}
+std::wstring DrawingFile::decode(std::string_view value) const {
+  return m_imp->m_drawing.codec.decode(value);
+}
+std::string DrawingFile::encode(std::wstring_view text) const {
+  return m_imp->m_drawing.codec.encode(text);
+}
+
+Handle DrawingFile::newHandle() {
+  m_imp->m_hasGivenHandles = true;
+  return m_imp->m_nextHandle++;
+}
+
+RecordState DrawingFile::state(RecordId id) const {
+  const RecordState* state = m_imp->m_edits.changed(id);
+  return state == nullptr ? RecordState{} : *state;
+}
+
+void DrawingFile::setState(RecordId id, RecordState state) {
+  m_imp->setState(id, std::move(state));
+}
+
+void DrawingFile::setBytes(RecordId id, std::string bytes) {
+  m_imp->setState(id, {std::move(bytes), isErased(id)});
+}
+
+void DrawingFile::setErased(RecordId id, bool isErased) {
+  RecordState changed = state(id);
+  changed.isErased = isErased;
+  m_imp->setState(id, std::move(changed));
+}
+
+RecordId DrawingFile::insertAfter(RecordId previous, std::string bytes) {
+  InsertedRecord record{.bytes = std::move(bytes)};
+  int awaited = kUnreadableCode;
+  for (const Group& group : m_imp->groups(record.bytes)) {
+    if (group.code == 0 && record.type == RecordType::none) {
+      record.type = typeOf(withoutBlanks(group.value));
+      if (record.type == RecordType::none) {
+        record.type = m_imp->m_drawing.outline.names.intern(m_imp->m_typeNames.emplace_back(withoutBlanks(group.value)));
+      }
+      awaited = handleCode(record.type);
+    } else if (awaited != kUnreadableCode && group.code == awaited) {
+      record.handle = group.handle().value_or(0);
+      break;
+    }
+  }
+  if (record.handle < kHighestSeed) m_imp->m_nextHandle = std::max(m_imp->m_nextHandle, record.handle + 1);
+  const RecordId id = m_imp->m_edits.insertAfter(previous, std::move(record));
+  m_imp->noteChange();
+  return id;
+}
+
+std::vector<Group> DrawingFile::headerVariable(std::string_view name) const {
+  std::vector<Group> found;
+  const RecordId header = m_imp->headerRecord();
+  if (header == kNoRecord) return found;
+  bool isInside = false;
+  for (const Group& group : groups(header)) {
+    if (isInside && group.code == 9) break;
+    if (isInside) found.push_back(group);
+    isInside = isInside || (group.code == 9 && group.value == name);
+  }
+  return found;
+}
+
+bool DrawingFile::setHeaderVariable(std::string_view name, std::string_view groupBytes) {
+  const RecordId header = m_imp->headerRecord();
+  if (header == kNoRecord) return false;
+  std::string changed;
+  bool isInside = false;
+  bool isFound = false;
+  for (const Group& group : groups(header)) {
+    if (isInside && group.code != 9) continue;
+    isInside = !isFound && group.code == 9 && group.value == name;
+    changed.append(group.source);
+    if (!isInside) continue;
+    isFound = true;
+    changed.append(groupBytes);
+  }
+  if (!isFound) {
+    RecordBuilder builder(*this);
+    builder.name(9, name);
+    changed.append(builder.take()).append(groupBytes);
+  }
+  if (changed != bytes(header)) setBytes(header, std::move(changed));
+  return true;
+}
+
+std::string DrawingFile::toBytes() const {
+  std::string all;
+  for (const std::string_view piece : m_imp->pieces()) all.append(piece);
+  return all;
+}
+
+bool DrawingFile::isModified() const {
+  return m_imp->m_isModified;
+}
+
+bool DrawingFile::isUnchangedOnDisk() const {
+  return path().empty() || identityOf(path()) == m_imp->m_identity;
+}
+
+Result<void> DrawingFile::save(const std::string& path, const SaveOptions& options) {
+  const bool isOwnPath = !m_imp->m_path.empty() && resolvedPath(path) == resolvedPath(m_imp->m_path);
+  if (isOwnPath && !options.replacesChangedFile) {
+    // A file that is gone loses nothing by being written anew.
+    const auto onDisk = identityOf(path);
+    if (onDisk && *onDisk != m_imp->m_identity) {
+      return fail(ErrorCode::fileChangedOnDisk, "another program has changed the file since it was opened", path);
+    }
+  }
+  const bool hasHandles = version() >= Version::r13 || !headerVariable("$HANDSEED").empty();
+  if (m_imp->m_hasGivenHandles && hasHandles) {
+    RecordBuilder builder(*this);
+    builder.handle(5, m_imp->m_nextHandle);
+    setHeaderVariable("$HANDSEED", builder.take());
+  }
+  const auto identity = replaceFile(path, m_imp->pieces(), options.keepsBackup ? Backup::keep : Backup::none);
+  if (!identity) return tl::unexpected(identity.error());
+  m_imp->m_path = path;
+  m_imp->m_identity = *identity;
+  m_imp->m_wasSaved = true;
+  m_imp->m_isModified = false;
+  return {};
+}
+
+}  // namespace torva::dxf

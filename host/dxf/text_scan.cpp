@@ -1,0 +1,211 @@
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+
+#include "dxf/byte_masks.h"
+#include "dxf/outline.h"
+
+namespace torva::dxf {
+namespace {
+
+/// What a code line means to the pass.
+enum class CodeClass : std::uint8_t { unclear, plain, record, handle, dimstyleHandle };
+
+CodeClass classOf(int code) {
+  switch (code) {
+    case 0:
+      return CodeClass::record;
+    case 5:
+      return CodeClass::handle;
+    case 105:
+      return CodeClass::dimstyleHandle;
+    default:
+      return CodeClass::plain;
+  }
+}
+
+// Nearly all code lines are three characters, blanks in front of digits. What the last two can mean is looked up together,
+// what the first one allows of it separately.
+enum Meaning : std::uint8_t {
+  plainAfterBlank = 1,
+  plainAfterDigit = 2,
+  recordAfterBlank = 4,
+  handleAfterBlank = 8,
+  dimstyleHandleAfterOne = 16,
+};
+
+constexpr auto kLastTwo = [] {  // by the last character * 256 + the one before it
+  std::array<std::uint8_t, 1 << 16> meanings{};
+  for (unsigned last = '0'; last <= '9'; ++last) {
+    meanings[last << 8 | ' '] = last == '0' ? recordAfterBlank : last == '5' ? handleAfterBlank : plainAfterBlank;
+    for (unsigned tens = '0'; tens <= '9'; ++tens) {
+      const bool isLeadingZero = tens == '0';
+      meanings[last << 8 | tens] = static_cast<std::uint8_t>(plainAfterDigit | (isLeadingZero ? 0 : plainAfterBlank));
+    }
+  }
+  meanings['5' << 8 | '0'] |= dimstyleHandleAfterOne;
+  return meanings;
+}();
+
+constexpr auto kFirst = [] {
+  std::array<std::uint8_t, 256> allowed{};
+  allowed[' '] = plainAfterBlank | recordAfterBlank | handleAfterBlank;
+  for (unsigned digit = '1'; digit <= '9'; ++digit) allowed[digit] = plainAfterDigit;
+  allowed['1'] |= dimstyleHandleAfterOne;
+  return allowed;
+}();
+
+CodeClass classOf(char first, std::uint32_t lastTwo) {
+  const unsigned meaning = kLastTwo[lastTwo] & kFirst[static_cast<unsigned char>(first)];
+  if (meaning - 1 <= 1) return CodeClass::plain;  // one of the two plain ones and nothing else
+  if ((meaning & dimstyleHandleAfterOne) != 0) return CodeClass::dimstyleHandle;
+  if (meaning == recordAfterBlank) return CodeClass::record;
+  return meaning == handleAfterBlank ? CodeClass::handle : CodeClass::unclear;
+}
+
+/// One pass, 64 bytes at a time. Of the line ends only every second is looked at, that of a code line; the value lines of
+/// the few codes that matter are searched for when such a code is met.
+template <LineEnds ends>
+class TextScanner {
+ public:
+  TextScanner(std::string_view content, std::size_t from, Outline& outline)
+      : m_content(content), m_outline(outline), m_from(from) {}
+
+  ScanEnd run() {
+    std::size_t at = m_from;
+    for (; at + kBlock <= m_content.size(); at += kBlock) {
+      const char* block = m_content.data() + at;
+      if (hasHighBit64(block) && !m_outline.firstHighByte) m_outline.firstHighByte = at;
+      const char follower = ends == LineEnds::lfAndCr && at + kBlock < m_content.size() ? block[kBlock] : '\0';
+      if (!takeBlock(at, lineEndMask<ends>(block, follower))) return m_end;
+    }
+    if (!takeBlock(at, lastMask(at))) return m_end;
+    if (!m_isValueNext) return {ScanEnd::Reason::contentEnd, m_content.size()};
+    return {ScanEnd::Reason::incompleteGroup, lastLineBegin()};
+  }
+
+ private:
+  static constexpr std::size_t kBlock = 64;
+
+  /// The line ends behind the last whole block; the content's end ends a line as well.
+  std::uint64_t lastMask(std::size_t at) {
+    std::array<char, kBlock> block{};
+    const std::size_t size = m_content.size() - at;
+    std::copy_n(m_content.data() + at, size, block.data());
+    if (hasHighBit64(block.data()) && !m_outline.firstHighByte) m_outline.firstHighByte = at;
+    const std::uint64_t mask = lineEndMask<ends>(block.data(), '\0');
+    const bool isLineOpen = m_content.size() > m_from && !isLineEnd(m_content.back());
+    return isLineOpen ? mask | std::uint64_t{1} << size : mask;
+  }
+
+  /// Takes the line ends of a block; false when the pass is at its end.
+  bool takeBlock(std::size_t at, std::uint64_t mask) {
+    if (m_isValueNext) {
+      if (mask == 0) return true;
+      mask &= mask - 1;
+    }
+    while (mask != 0) {
+      const std::size_t codeEnd = at + static_cast<std::size_t>(std::countr_zero(mask));
+      const CodeClass codeClass = classify(codeEnd);
+      if (codeClass != CodeClass::plain && !takeSpecial(codeClass, codeEnd)) return false;
+      mask &= mask - 1;
+      if (mask == 0) {
+        m_isValueNext = true;
+        return true;
+      }
+      mask &= mask - 1;
+    }
+    m_isValueNext = false;
+    return true;
+  }
+
+  /// Looks at the code line that ends at `end`. The line end in front of it tells where it begins.
+  CodeClass classify(std::size_t end) const {
+    if (end < m_from + 5) return CodeClass::unclear;
+    end -= isPair(end) ? 1 : 0;
+    std::uint32_t characters = 0;
+    std::memcpy(&characters, m_content.data() + end - 4, 4);
+    if (isLineEnd(static_cast<char>(characters))) return classOf(static_cast<char>(characters >> 8), characters >> 16);
+    if (isLineEnd(static_cast<char>(characters >> 16))) return classOf(' ', characters >> 24 << 8 | ' ');
+    if (isLineEnd(static_cast<char>(characters >> 8))) return classOf(' ', characters >> 16);
+    return CodeClass::unclear;
+  }
+
+  bool takeSpecial(CodeClass codeClass, std::size_t codeEnd) {
+    if (codeClass == CodeClass::unclear) {
+      const std::size_t lineBegin = beginOfLine(codeEnd);
+      const int code = parseGroupCode(m_content.substr(lineBegin, codeEnd - lineBegin));
+      if (code == kUnreadableCode) {
+        const bool isCutShort = codeEnd == m_content.size();
+        return stop(isCutShort ? ScanEnd::Reason::incompleteGroup : ScanEnd::Reason::badGroupCode, lineBegin);
+      }
+      codeClass = classOf(code);
+      if (codeClass == CodeClass::plain) return true;
+    }
+    const bool hasValue = codeEnd + 1 < m_content.size();
+    if (codeClass == CodeClass::record) {
+      return hasValue ? takeRecord(beginOfLine(codeEnd), codeEnd)
+                      : stop(ScanEnd::Reason::incompleteGroup, beginOfLine(codeEnd));
+    }
+    if (codeClass == m_handleClass && hasValue) {
+      m_outline.readHandle(m_record, valueBehind(codeEnd));
+      m_handleClass = CodeClass::plain;
+    }
+    return true;
+  }
+
+  bool takeRecord(std::size_t lineBegin, std::size_t codeEnd) {
+    m_record = m_outline.addRecord(lineBegin, valueBehind(codeEnd));
+    const RecordType type = m_outline.index.type(m_record);
+    if (type == RecordType::eof) return stop(ScanEnd::Reason::eofRecord, lineBegin);
+    m_handleClass = classOf(handleCode(type));
+    return true;
+  }
+
+  std::string_view valueBehind(std::size_t codeEnd) const {
+    const std::size_t begin = codeEnd + 1;
+    return withoutCarriageReturn(m_content.substr(begin, findNearLineEnd(m_content, begin, ends) - begin));
+  }
+
+  static bool isLineEnd(char c) { return c == '\n' || (ends == LineEnds::lfAndCr && c == '\r'); }
+
+  /// Whether the line end at `end` is a CR LF.
+  bool isPair(std::size_t end) const {
+    if constexpr (ends == LineEnds::lf) return m_content[end - 1] == '\r';
+    return m_content[end - 1] == '\r' && end < m_content.size() && m_content[end] == '\n';
+  }
+
+  std::size_t beginOfLine(std::size_t end) const {
+    if (end > m_from && isPair(end)) --end;
+    while (end > m_from && !isLineEnd(m_content[end - 1])) --end;
+    return end;
+  }
+
+  std::size_t lastLineBegin() const {
+    const bool hasEnd = m_content.size() > m_from && isLineEnd(m_content.back());
+    return beginOfLine(m_content.size() - (hasEnd ? 1 : 0));
+  }
+
+  bool stop(ScanEnd::Reason reason, std::size_t offset) {
+    m_end = {reason, offset};
+    return false;
+  }
+
+  const std::string_view m_content;
+  Outline& m_outline;
+  const std::size_t m_from;
+  bool m_isValueNext = false;
+  RecordId m_record = kNoRecord;
+  CodeClass m_handleClass = CodeClass::plain;  // what gives the record its handle; plain: nothing does any more
+  ScanEnd m_end;
+};
+
+}  // namespace
+
+ScanEnd scanText(std::string_view content, std::size_t from, LineEnds ends, Outline& outline) {
+  if (ends == LineEnds::lf) return TextScanner<LineEnds::lf>(content, from, outline).run();
+  return TextScanner<LineEnds::lfAndCr>(content, from, outline).run();
+}
+
+}  // namespace torva::dxf

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include <kdrx/export.h>
+
+/// Handle of a loaded library or resource library; null is none.
+using KdModuleHandle = struct KdModuleHandleTag*;
+
+/// Copies the text `id` of a resource library into `buffer`, cut to `capacity` - 1 characters and terminated by 0.
+/// @return the number of characters copied; 0 when there is no such text or library, and `buffer` is then empty
+KDRX_API int LoadStringW(KdModuleHandle resources, unsigned id, wchar_t* buffer, int capacity) noexcept;
+
+/// The handle through which the running module reads its texts and dialogs. See AfxSetResourceHandle() in rx.h.
+KDRX_API KdModuleHandle AfxGetResourceHandle() noexcept;
+
+/// The string class of the interface: a standard string that can load itself from a resource library.
+template <class Char>
+class CStdStr : public std::basic_string<Char> {
+ public:
+  using Base = std::basic_string<Char>;
+  using Base::Base;
+  CStdStr() = default;
+  CStdStr(const Base& text) : Base(text) {}
+  CStdStr(Base&& text) noexcept : Base(static_cast<Base&&>(text)) {}
+
+  /// Replaces the content by the text `id` of `resources`, cut to 2048 characters.
+  /// @return false when there is no such text; the string is then empty
+  bool LoadStringW(KdModuleHandle resources, unsigned id) {
+    Char buffer[2049];
+    const int length = ::LoadStringW(resources, id, buffer, 2049);
+    this->assign(buffer, static_cast<std::size_t>(length));
+    return length > 0;
+  }
+};

@@ -1,0 +1,157 @@
+#include "base/numbers.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+namespace torva {
+namespace {
+
+TEST(Numbers, ReadsRealsAsDrawingsHaveThem) {
+  struct Case {
+    const char* text;
+    std::optional<double> value;
+  };
+  const Case cases[] = {
+      {"0", 0.0},
+      {"  -1.5\t", -1.5},
+      {"+2.25", 2.25},
+      {".5", 0.5},
+      {"5.", 5.0},
+      {"1e3", 1000.0},
+      {"6.123233995736766E-17", 6.123233995736766e-17},
+      {"1.5D+01", 15.0},
+      {"1.5d-01", 0.15},
+      {"1,5", 1.5},
+      {"1.000000E 20", 1e20},
+      {"1e-400", 0.0},
+      {"-1e-400", 0.0},
+      {"1e400", std::nullopt},
+      {"", std::nullopt},
+      {"   ", std::nullopt},
+      {"nan", std::nullopt},
+      {"inf", std::nullopt},
+      {"-infinity", std::nullopt},
+      {"1.2.3", std::nullopt},
+      {"1,234,5", std::nullopt},
+      {"--1", std::nullopt},
+      {"+-1", std::nullopt},
+      {"1 2", std::nullopt},
+      {"0x10", std::nullopt},
+      {"1.5mm", std::nullopt},
+      {"e5", std::nullopt},
+  };
+  for (const Case& c : cases) EXPECT_EQ(parseReal(c.text), c.value) << '"' << c.text << '"';
+}
+
+TEST(Numbers, DoesNotGrowWithTheLengthOfAFalseNumber) {
+  EXPECT_FALSE(parseReal(std::string(1 << 20, '-')));
+  EXPECT_FALSE(parseHandle(std::string(1 << 20, 'F')));
+}
+
+TEST(Numbers, ReadsIntegers) {
+  struct Case {
+    const char* text;
+    std::optional<std::int64_t> value;
+  };
+  const Case cases[] = {
+      {"     7", 7},
+      {"-32768", -32768},
+      {"+4", 4},
+      {"3.0", 3},
+      {"1e3", 1000},
+      {"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
+      {"9223372036854775808", std::nullopt},
+      {"3.5", std::nullopt},
+      {"1e30", std::nullopt},
+      {"", std::nullopt},
+      {"seven", std::nullopt},
+  };
+  for (const Case& c : cases) EXPECT_EQ(parseInteger(c.text), c.value) << '"' << c.text << '"';
+}
+
+TEST(Numbers, ReadsHandles) {
+  struct Case {
+    const char* text;
+    std::optional<std::uint64_t> value;
+  };
+  const Case cases[] = {
+      {"2F", 0x2F},
+      {" 2f ", 0x2F},
+      {"0", 0},
+      {"FFFFFFFFFFFFFFFF", 0xFFFFFFFFFFFFFFFF},
+      {"00000000000000001", std::nullopt},
+      {"", std::nullopt},
+      {"2G", std::nullopt},
+      {"-1", std::nullopt},
+      {"0x2F", std::nullopt},
+      {"2 F", std::nullopt},
+  };
+  for (const Case& c : cases) EXPECT_EQ(parseHandle(c.text), c.value) << '"' << c.text << '"';
+}
+
+TEST(Numbers, WritesTheShortestReal) {
+  struct Case {
+    double value;
+    const char* text;
+  };
+  const Case cases[] = {
+      {0.0, "0.0"},
+      {-0.0, "-0.0"},
+      {1.0, "1.0"},
+      {100000.0, "100000.0"},
+      {0.1, "0.1"},
+      {1.0 / 3, "0.3333333333333333"},
+      {2419318.197152937, "2419318.197152937"},
+      {0.0001, "0.0001"},
+      {1e-6, "1.0E-06"},
+      {2.5e-16, "2.5E-16"},
+      {1e15, "1000000000000000.0"},
+      {1e20, "1.0E+20"},
+      {-1e300, "-1.0E+300"},
+      {5e-324, "5.0E-324"},
+      {std::numeric_limits<double>::infinity(), "0.0"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(formatReal(c.value), c.text);
+}
+
+TEST(Numbers, WrittenRealsReadBackToTheLastBit) {
+  constexpr unsigned kSeed = 20;
+  std::mt19937_64 random(kSeed);
+  for (int i = 0; i < 100'000; ++i) {
+    const auto value = std::bit_cast<double>(random());
+    if (!std::isfinite(value)) continue;
+    const std::string text = formatReal(value);
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(parseReal(text).value()), std::bit_cast<std::uint64_t>(value)) << text;
+    ASSERT_EQ(std::strtod(text.c_str(), nullptr), value) << text;
+  }
+}
+
+TEST(Numbers, ReadsDecimalsOfEveryLengthToTheLastBit) {
+  constexpr unsigned kSeed = 21;
+  std::mt19937_64 random(kSeed);
+  for (int i = 0; i < 100'000; ++i) {
+    const std::size_t digits = 1 + random() % 18;
+    std::string text;
+    while (text.size() < digits) text += static_cast<char>('0' + random() % 10);
+    if (random() % 4 != 0) text.insert(random() % (digits + 1), 1, '.');
+    if (random() % 2 != 0) text.insert(0, 1, '-');
+    const double expected = std::strtod(text.c_str(), nullptr);
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(parseReal(text).value()), std::bit_cast<std::uint64_t>(expected)) << text;
+  }
+}
+
+TEST(Numbers, WritesHandlesAsPrintfDoes) {
+  for (const std::uint64_t handle : {0x0ULL, 0x9ULL, 0xAULL, 0x10ULL, 0x2FABULL, 0xFFFFFFFFFFFFFFFFULL}) {
+    char expected[32];
+    std::snprintf(expected, sizeof expected, "%llX", static_cast<unsigned long long>(handle));
+    EXPECT_EQ(formatHandle(handle), expected);
+  }
+}
+
+}  // namespace
+}  // namespace torva

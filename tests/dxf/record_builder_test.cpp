@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include "dxf/drawing_file.h"
+#include "dxf/sample_drawing.h"
+
+namespace torva::dxf {
+namespace {
+
+using test::openBytes;
+using test::sampleGroups;
+
+void buildAll(RecordBuilder& builder) {
+  builder.name(0, "MLINE");
+  builder.handle(5, 0x2F);
+  builder.real(10, 1.0 / 3);
+  builder.integer(70, -3);
+  builder.integer(290, 1);
+  builder.integer(90, 123456);
+  builder.integer(160, 5000000000);
+  builder.text(1, L"K\u00FCche \u4E2D^\t");
+  builder.real(1040, 2);
+  builder.integer(1071, 7);
+}
+
+TEST(RecordBuilder, WritesColumnsAndLineEndsAsTheDrawingHasThem) {
+  for (const std::string lineEnd : {"\n", "\r\n", "\r"}) {
+    const auto opened = openBytes(test::textForm(sampleGroups(), lineEnd));
+    ASSERT_TRUE(opened.file);
+    RecordBuilder builder(*opened.file);
+    buildAll(builder);
+    const test::SampleGroups expected = {{0, "MLINE"},
+                                         {5, "2F"},
+                                         {10, "0.3333333333333333"},
+                                         {70, "    -3"},
+                                         {290, "     1"},
+                                         {90, "   123456"},
+                                         {160, "5000000000"},
+                                         {1,
+                                          "K\xFC"
+                                          "che \\U+4E2D^ ^I"},
+                                         {1040, "2.0"},
+                                         {1071, "        7"}};
+    EXPECT_EQ(builder.take(), test::textForm(expected, lineEnd));
+    EXPECT_EQ(builder.take(), "");
+  }
+}
+
+TEST(RecordBuilder, AGroupBehindALastLineWithoutEndBeginsALineOfItsOwn) {
+  const auto opened = openBytes("  0\r\nSECTION\r\n  2\r\nENTITIES\r\n  0\r\nENDSEC\r\n  0\r\nPOINT\r\n  8\r\nWalls");
+  ASSERT_TRUE(opened.file);
+  RecordBuilder builder(*opened.file);
+  for (const Group& group : opened.file->groups(opened.file->recordCount() - 1)) builder.copy(group);
+  builder.integer(62, 1);
+  EXPECT_EQ(builder.take(), "  0\r\nPOINT\r\n  8\r\nWalls\r\n 62\r\n     1\r\n");
+}
+
+TEST(RecordBuilder, WritesTheBinaryForm) {
+  for (const BinaryCodes codes : {BinaryCodes::oneByte, BinaryCodes::twoBytes}) {
+    const auto opened = openBytes(test::binaryForm(sampleGroups("AC1009"), codes));
+    ASSERT_TRUE(opened.file);
+    RecordBuilder builder(*opened.file);
+    buildAll(builder);
+    const test::SampleGroups expected = {{0, "MLINE"},
+                                         {5, "2F"},
+                                         {10, "0.3333333333333333"},
+                                         {70, "-3"},
+                                         {290, "1"},
+                                         {90, "123456"},
+                                         {160, "5000000000"},
+                                         {1,
+                                          "K\xFC"
+                                          "che \\U+4E2D^ ^I"},
+                                         {1040, "2.0"},
+                                         {1071, "7"}};
+    EXPECT_EQ(builder.take(), test::binaryForm(expected, codes).substr(22));
+  }
+}
+
+}  // namespace
+}  // namespace torva::dxf
