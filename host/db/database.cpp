@@ -1,0 +1,244 @@
+#include "db/database.h"
+
+#include <algorithm>
+#include <atomic>
+
+#include "db/dictionary_imp.h"
+#include "db/mline_imp.h"
+#include "db/mline_style_imp.h"
+#include "db/object_imp.h"
+#include "db/record_groups.h"
+#include "db/structure.h"
+#include "db/undo_log.h"
+
+namespace torva::db {
+
+namespace {
+
+/// Numbers are never given twice, so that an id of a drawing that was closed is recognised.
+std::uint32_t nextSerial() {
+  static std::atomic<std::uint32_t> last = 0;
+  return ++last;
+}
+
+}  // namespace
+
+Result<std::unique_ptr<Database>> Database::open(const std::string& path, dxf::DamagePolicy policy,
+                                                 std::vector<dxf::Finding>& findings) {
+  auto file = dxf::DrawingFile::open(path, policy, findings);
+  if (!file) return tl::unexpected(std::move(file.error()));
+  return std::unique_ptr<Database>(new Database(std::move(*file)));
+}
+
+Result<std::unique_ptr<Database>> Database::fromBytes(std::string bytes, const std::string& name, dxf::DamagePolicy policy,
+                                                      std::vector<dxf::Finding>& findings) {
+  auto file = dxf::DrawingFile::fromBytes(std::move(bytes), name, policy, findings);
+  if (!file) return tl::unexpected(std::move(file.error()));
+  return std::unique_ptr<Database>(new Database(std::move(*file)));
+}
+
+std::unique_ptr<Database> Database::create() {
+  std::vector<dxf::Finding> findings;
+  return std::move(fromBytes(dxf::newDrawing(), "", dxf::DamagePolicy::refuse, findings).value());
+}
+
+Database::Database(dxf::DrawingFile file)
+    : m_file(std::move(file)),
+      m_serial(nextSerial()),
+      m_structure(std::make_unique<Structure>(m_file)),
+      m_undo(std::make_unique<UndoLog>()) {}
+
+Database::~Database() = default;
+
+KdDbObjectId Database::idOf(dxf::RecordId record) const {
+  return record == dxf::kNoRecord ? KdDbObjectId() : KdDbObjectId(std::uint64_t{m_serial} << 32 | (record + 1));
+}
+
+dxf::RecordId Database::recordOf(KdDbObjectId id) const {
+  const auto number = static_cast<std::uint32_t>(id.word());
+  const bool isOwn = id.word() >> 32 == m_serial && number != 0 && number <= m_file.recordCount();
+  return isOwn ? number - 1 : dxf::kNoRecord;
+}
+
+KdDbObjectId Database::idOfHandle(dxf::Handle handle) const {
+  return handle == 0 ? KdDbObjectId() : idOf(m_file.find(handle));
+}
+
+// --- objects ---
+
+KdStatus Database::openObject(KdDbObject*& object, KdDbObjectId id, KdOpenMode mode, bool openErased) {
+  if (id.isNull()) return KdStatus::nullObjectId;
+  const dxf::RecordId record = recordOf(id);
+  if (record == dxf::kNoRecord) return KdStatus::unknownObjectId;
+  if (m_file.isErased(record) && !openErased) return KdStatus::wasErased;
+  KdDbObject& found = objectOf(record);
+  const KdStatus status = KdDbSystemInternals::getImpObject(&found)->open(mode);
+  if (status == KdStatus::ok) object = &found;
+  return status;
+}
+
+const KdDbObject* Database::loaded(dxf::RecordId record) const {
+  const auto found = m_objects.find(record);
+  return found == m_objects.end() ? nullptr : found->second.get();
+}
+
+KdDbObject& Database::objectOf(dxf::RecordId record) {
+  std::unique_ptr<KdDbObject>& object = m_objects[record];
+  if (!object) {
+    object = makeObject(record);
+    KdDbObjectImp& imp = *KdDbSystemInternals::getImpObject(object.get());
+    imp.attach(*this, record);
+    imp.read();
+  }
+  return *object;
+}
+
+std::vector<OpenObject> Database::openObjects() const {
+  std::vector<OpenObject> result;
+  for (const dxf::RecordId record : m_open) {
+    const KdDbObjectImp& imp = *KdDbSystemInternals::getImpObject(loaded(record));
+    result.push_back({idOf(record), imp.readers(), imp.hasWriter()});
+  }
+  return result;
+}
+
+void Database::closeAll() {
+  while (!m_open.empty()) KdDbSystemInternals::getImpObject(loaded(m_open.back()))->close();
+}
+
+void Database::noteClosed(dxf::RecordId record) {
+  // What was opened last is closed first as a rule.
+  const auto found = std::find(m_open.rbegin(), m_open.rend(), record);
+  m_open.erase(std::next(found).base());
+}
+
+void Database::noteDirty(dxf::RecordId record) {
+  m_undo->keep(m_file, record);
+  m_dirty.push_back(record);
+}
+
+void Database::noteChanged(dxf::RecordId record) {
+  m_structure->forget(m_file.type(record));
+  m_changes.push_back(record);
+}
+
+void Database::setErased(dxf::RecordId record, bool isErased) {
+  const auto change = [&](dxf::RecordId part) {
+    m_undo->keep(m_file, part);
+    m_file.setErased(part, isErased);
+  };
+  if (m_file.isErased(record) == isErased) return;
+  change(record);
+  for (dxf::RecordId part = m_file.next(record); part != dxf::kNoRecord; part = m_file.next(part)) {
+    if (!isPartOfEntityBefore(m_file.type(part))) break;
+    change(part);
+  }
+  noteChanged(record);
+}
+
+const MlineData& Database::mline(dxf::RecordId record, MlineData& storage) const {
+  if (const KdDbObject* object = loaded(record)) {
+    return static_cast<const MlineImp*>(KdDbSystemInternals::getImpObject(object))->data();
+  }
+  storage = readMline(m_file, record);
+  return storage;
+}
+
+MlineStyleData Database::mlineStyle(dxf::RecordId record) const {
+  if (const KdDbObject* object = loaded(record)) {
+    return static_cast<const MlineStyleImp*>(KdDbSystemInternals::getImpObject(object))->data();
+  }
+  return readMlineStyle(m_file, m_file.groups(record));
+}
+
+// --- changes ---
+
+void Database::flush() {
+  for (const dxf::RecordId record : std::exchange(m_dirty, {})) write(record);
+}
+
+void Database::write(dxf::RecordId record) {
+  // Written over what the file has, a value that has come back to what it was has its former text again: an edit that was
+  // taken back by hand leaves no trace.
+  if (record < m_file.originalCount() && m_file.isChanged(record)) {
+    m_file.setState(record, {std::nullopt, m_file.isErased(record)});
+  }
+  std::string bytes = KdDbSystemInternals::getImpObject(loaded(record))->takeBytes();
+  if (bytes != m_file.bytes(record)) m_file.setBytes(record, std::move(bytes));
+}
+
+void Database::beginUndoStep(std::wstring name) {
+  if (m_undo->isRecording()) return;
+  flush();
+  m_undo->begin(std::move(name));
+}
+
+void Database::endUndoStep() {
+  flush();
+  m_undo->end(m_file);
+}
+
+std::optional<std::wstring> Database::undo() {
+  endUndoStep();
+  UndoLog::Step* step = m_undo->takeBack();
+  if (!step) return std::nullopt;
+  for (UndoLog::Entry& entry : step->entries) exchange(entry.record, entry.state);
+  return step->name;
+}
+
+std::optional<std::wstring> Database::redo() {
+  endUndoStep();
+  UndoLog::Step* step = m_undo->bringAgain();
+  if (!step) return std::nullopt;
+  for (UndoLog::Entry& entry : step->entries) exchange(entry.record, entry.state);
+  return step->name;
+}
+
+void Database::exchange(dxf::RecordId record, dxf::RecordState& state) {
+  dxf::RecordState now = m_file.state(record);
+  m_file.setState(record, std::exchange(state, std::move(now)));
+  if (const KdDbObject* object = loaded(record)) KdDbSystemInternals::getImpObject(object)->read();
+  noteChanged(record);
+}
+
+dxf::RecordId Database::insert(dxf::RecordId previous, std::string bytes) {
+  const dxf::RecordId record = m_file.insertAfter(previous, std::move(bytes));
+  m_undo->keepNew(m_file, record);
+  noteChanged(record);
+  return record;
+}
+
+void Database::adopt(KdDbObject& object, dxf::RecordId record) {
+  KdDbObjectImp& imp = *KdDbSystemInternals::getImpObject(&object);
+  m_objects[record].reset(&object);
+  imp.attach(*this, record);
+  imp.enter();
+  // The record holds the object's content from the start; nothing else may be seen in it.
+  m_file.setBytes(record, imp.takeBytes());
+  (void)imp.open(KdOpenMode::forWrite);
+}
+
+dxf::RecordId Database::appendToModelSpace(std::string bytes) {
+  const dxf::RecordId last = m_structure->lastOf("ENTITIES");
+  return last == dxf::kNoRecord ? last : insert(last, std::move(bytes));
+}
+
+bool Database::setHeaderVariable(std::string_view name, std::string_view groups) {
+  const dxf::RecordId header = m_file.section("HEADER");
+  if (header == dxf::kNoRecord) return false;
+  m_undo->keep(m_file, header);
+  if (!m_file.setHeaderVariable(name, groups)) return false;
+  // A variable set for a while and set back leaves no trace, even where its text in the file was of another form.
+  dxf::RecordState now = m_file.state(header);
+  m_file.setState(header, {});
+  const bool isAsInFile = now.bytes && saySame(m_file.groups(header), m_file.groupsOf(*now.bytes));
+  if (!isAsInFile) m_file.setState(header, std::move(now));
+  return true;
+}
+
+Result<void> Database::save(const std::string& path, const dxf::SaveOptions& options) {
+  flush();
+  return m_file.save(path, options);
+}
+
+}  // namespace torva::db

@@ -1,0 +1,349 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "db/database.h"
+#include "db/mline_groups.h"
+#include "db/mline_imp.h"
+#include "db/record_groups.h"
+
+namespace torva::db {
+
+namespace {
+
+constexpr std::wstring_view kStyleDictionary = L"ACAD_MLINESTYLE";
+constexpr std::wstring_view kStandardStyle = L"STANDARD";
+
+template <class Triple>
+bool isFinite(const Triple& triple) {
+  return std::isfinite(triple.x) && std::isfinite(triple.y) && std::isfinite(triple.z);
+}
+
+dxf::RecordId findStyle(const Database& database, std::wstring_view name) {
+  const std::array path = {kStyleDictionary, name};
+  const dxf::RecordId record = database.findInDictionary(path);
+  return record != dxf::kNoRecord && database.file().type(record) == dxf::RecordType::mlineStyle ? record : dxf::kNoRecord;
+}
+
+}  // namespace
+
+void MlineImp::enter() {
+  // Handles of another drawing mean nothing here, names do.
+  if (m_origin != database()->serial()) m_data.styleHandle = 0;
+  m_origin = 0;
+  const dxf::RecordId found = style();
+  m_data.styleHandle = found == dxf::kNoRecord ? 0 : file().handle(found);
+  if (found != dxf::kNoRecord && m_data.styleName.empty()) m_data.styleName = database()->mlineStyle(found).name;
+
+  EntityProperties fitting = properties();
+  const bool hasLinetype = equalsIgnoringCase(fitting.linetype, L"BYLAYER") ||
+                           equalsIgnoringCase(fitting.linetype, L"BYBLOCK") ||
+                           database()->findSymbol(dxf::RecordType::ltype, fitting.linetype) != dxf::kNoRecord;
+  if (!hasLinetype) fitting.linetype = EntityProperties().linetype;
+  if (database()->findSymbol(dxf::RecordType::layer, fitting.layer) == dxf::kNoRecord)
+    fitting.layer = EntityProperties().layer;
+  if (fitting != properties()) m_newProperties = fitting;
+}
+
+void MlineImp::read() {
+  MlineSource source = readMlineSource(file(), file().groups(record()));
+  m_data = std::move(source.data);
+  if (source.unreadable) {
+    const std::string name = "MLINE " + formatHandle(file().handle(record()));
+    database()->note({dxf::FindingCode::badNumber, file().place(*source.unreadable),
+                      "a value of " + name + " is no number and counts as 0"});
+  }
+  m_newProperties.reset();
+  if (file().isChanged(record())) m_newProperties = readEntityProperties(file(), record());
+}
+
+std::string MlineImp::write() const {
+  std::string bytes = writeMline(file(), record(), m_data);
+  return m_newProperties ? writeEntityProperties(file(), bytes, *m_newProperties) : bytes;
+}
+
+MlineData& MlineImp::change() {
+  touch();
+  return m_data;
+}
+
+EntityProperties MlineImp::properties() const {
+  if (m_newProperties) return *m_newProperties;
+  return database() ? readEntityProperties(file(), record()) : EntityProperties();
+}
+
+void MlineImp::copyFrom(const MlineImp& source) {
+  const std::uint32_t from = source.database() ? source.database()->serial() : source.m_origin;
+  MlineData& data = change();
+  data = source.m_data;
+  if (EntityProperties properties = source.properties(); properties != this->properties()) m_newProperties = properties;
+  m_origin = from;
+  if (database() && from != database()->serial()) enter();
+}
+
+dxf::RecordId MlineImp::style() const {
+  const Database* const database = context();
+  if (!database) return dxf::kNoRecord;
+  const bool hasOwnHandles = this->database() || m_origin == database->serial();
+  if (m_data.styleHandle != 0 && hasOwnHandles) {
+    const dxf::DrawingFile& drawing = database->file();
+    const dxf::RecordId record = drawing.find(m_data.styleHandle);
+    if (record != dxf::kNoRecord && !drawing.isErased(record) && drawing.type(record) == dxf::RecordType::mlineStyle) {
+      return record;
+    }
+  }
+  const dxf::RecordId named = findStyle(*database, m_data.styleName);
+  return named != dxf::kNoRecord ? named : findStyle(*database, kStandardStyle);
+}
+
+MlineShape MlineImp::shape() const {
+  const dxf::RecordId record = style();
+  return shapeOf(m_data, record == dxf::kNoRecord ? std::nullopt : std::optional(context()->mlineStyle(record)));
+}
+
+void MlineImp::restyle() {
+  const dxf::RecordId record = style();
+  if (record != dxf::kNoRecord) db::restyle(m_data, context()->mlineStyle(record));
+}
+
+void MlineImp::setStyle(dxf::RecordId style) {
+  MlineData& data = change();
+  data.styleHandle = context()->file().handle(style);
+  data.styleName = context()->mlineStyle(style).name;
+  if (!database()) m_origin = context()->serial();
+  restyle();
+}
+
+bool MlineImp::appendSegments(const std::vector<KdGePoint3d>& points) {
+  if (!isWritable() || points.size() != m_data.vertices.size() || !std::ranges::all_of(points, isFinite<KdGePoint3d>))
+    return false;
+  MlineData& data = change();
+  for (std::size_t i = 0; i < points.size(); ++i) data.vertices[i].position = points[i];
+  return true;
+}
+
+bool MlineImp::appendSeg(const std::vector<KdGeVector3d>& vectors, int selector) {
+  if (selector != kAxes && selector != kMiters) return false;
+  if (!isWritable() || vectors.size() != m_data.vertices.size() || !std::ranges::all_of(vectors, isFinite<KdGeVector3d>)) {
+    return false;
+  }
+  MlineData& data = change();
+  for (std::size_t i = 0; i < vectors.size(); ++i) {
+    (selector == kAxes ? data.vertices[i].axis : data.vertices[i].miter) = vectors[i];
+  }
+  return true;
+}
+
+}  // namespace torva::db
+
+using torva::db::MlineImp;
+using torva::db::MlineVertex;
+
+namespace {
+
+MlineImp& impOf(const KdDbMline& mline) {
+  return static_cast<MlineImp&>(*KdDbSystemInternals::getImpObject(&mline));
+}
+
+const MlineVertex* vertexOf(const KdDbMline& mline, int index) {
+  const std::vector<MlineVertex>& vertices = impOf(mline).data().vertices;
+  return index >= 0 && index < static_cast<int>(vertices.size()) ? &vertices[static_cast<std::size_t>(index)] : nullptr;
+}
+
+bool areFinite(const std::vector<double>& values) {
+  return std::ranges::all_of(values, [](double value) { return std::isfinite(value); });
+}
+
+/// Sets one value of a multiline that may be changed.
+template <class Member, class Value>
+KdStatus set(const KdDbMline& mline, Member member, const Value& value) {
+  MlineImp& imp = impOf(mline);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  imp.change().*member = value;
+  return KdStatus::ok;
+}
+
+/// The same for a value on which the lists depend.
+template <class Member, class Value>
+KdStatus setShaping(const KdDbMline& mline, Member member, const Value& value) {
+  MlineImp& imp = impOf(mline);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (imp.data().*member == value) return KdStatus::ok;
+  imp.change().*member = value;
+  imp.restyle();
+  return KdStatus::ok;
+}
+
+KdStatus setList(const KdDbMline& mline, int vertex, int element, std::vector<double> KdMLSegment::*list,
+                 std::vector<double> values) {
+  MlineImp& imp = impOf(mline);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (!mline.segmentAt(vertex, element)) return KdStatus::invalidIndex;
+  if (!areFinite(values)) return KdStatus::invalidInput;
+  MlineVertex& changed = imp.change().vertices[static_cast<std::size_t>(vertex)];
+  changed.elements[static_cast<std::size_t>(element)].*list = std::move(values);
+  return KdStatus::ok;
+}
+
+}  // namespace
+
+KdDbMlineImp* KdDbMlineImp::of(KdDbObjectImp* imp) {
+  return imp ? imp->mline() : nullptr;
+}
+
+KdDbMline::KdDbMline() : KdDbEntity(std::make_unique<MlineImp>()) {}
+KdDbMline::~KdDbMline() = default;
+
+int KdDbMline::numVertices() const {
+  return static_cast<int>(impOf(*this).data().vertices.size());
+}
+
+KdGePoint3d KdDbMline::vertexAt(int index) const {
+  const MlineVertex* vertex = vertexOf(*this, index);
+  return vertex ? vertex->position : KdGePoint3d();
+}
+
+KdGeVector3d KdDbMline::axisAt(int index) const {
+  const MlineVertex* vertex = vertexOf(*this, index);
+  return vertex ? vertex->axis : KdGeVector3d();
+}
+
+KdGeVector3d KdDbMline::miterAt(int index) const {
+  const MlineVertex* vertex = vertexOf(*this, index);
+  return vertex ? vertex->miter : KdGeVector3d();
+}
+
+KdStatus KdDbMline::getParametersAt(int index, std::vector<std::vector<KdMLSegment>>& parameters) const {
+  const MlineVertex* vertex = vertexOf(*this, index);
+  if (!vertex) return KdStatus::invalidIndex;
+  parameters.assign(1, vertex->elements);
+  return KdStatus::ok;
+}
+
+KdStatus KdDbMline::setParametersAt(int index, const std::vector<std::vector<KdMLSegment>>& parameters) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (!vertexOf(*this, index)) return KdStatus::invalidIndex;
+  if (parameters.empty()) return KdStatus::invalidInput;
+  for (const KdMLSegment& segment : parameters.front()) {
+    if (!areFinite(segment.elementParameters) || !areFinite(segment.areaFillParameters)) return KdStatus::invalidInput;
+  }
+  imp.change().vertices[static_cast<std::size_t>(index)].elements = parameters.front();
+  return KdStatus::ok;
+}
+
+const KdMLSegment* KdDbMline::segmentAt(int vertex, int element) const {
+  const MlineVertex* found = vertexOf(*this, vertex);
+  if (!found || element < 0 || element >= static_cast<int>(found->elements.size())) return nullptr;
+  return &found->elements[static_cast<std::size_t>(element)];
+}
+
+KdStatus KdDbMline::setElementParametersAt(int vertex, int element, std::vector<double> values) {
+  return setList(*this, vertex, element, &KdMLSegment::elementParameters, std::move(values));
+}
+
+KdStatus KdDbMline::setAreaFillParametersAt(int vertex, int element, std::vector<double> values) {
+  return setList(*this, vertex, element, &KdMLSegment::areaFillParameters, std::move(values));
+}
+
+KdStatus KdDbMline::appendSeg(const KdGePoint3d& point) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (!torva::db::isFinite(point)) return KdStatus::invalidInput;
+  const torva::db::MlineShape shape = imp.shape();
+  torva::db::appendVertex(imp.change(), point, shape);
+  return KdStatus::ok;
+}
+
+KdStatus KdDbMline::removeLastSeg(KdGePoint3d& lastVertex) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (imp.data().vertices.empty()) return KdStatus::invalidIndex;
+  const torva::db::MlineShape shape = imp.shape();
+  lastVertex = imp.data().vertices.back().position;
+  torva::db::removeLastVertex(imp.change(), shape);
+  return KdStatus::ok;
+}
+
+bool KdDbMline::closedMline() const {
+  return impOf(*this).data().isClosed;
+}
+
+KdStatus KdDbMline::setClosedMline(bool isClosed) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (imp.data().isClosed == isClosed) return KdStatus::ok;
+  const torva::db::MlineShape shape = imp.shape();
+  torva::db::setClosed(imp.change(), isClosed, shape);
+  return KdStatus::ok;
+}
+
+bool KdDbMline::supressStartCaps() const {
+  return impOf(*this).data().suppressesStartCaps;
+}
+
+KdStatus KdDbMline::setSupressStartCaps(bool isSuppressed) {
+  return set(*this, &torva::db::MlineData::suppressesStartCaps, isSuppressed);
+}
+
+bool KdDbMline::supressEndCaps() const {
+  return impOf(*this).data().suppressesEndCaps;
+}
+
+KdStatus KdDbMline::setSupressEndCaps(bool isSuppressed) {
+  return set(*this, &torva::db::MlineData::suppressesEndCaps, isSuppressed);
+}
+
+KdGeVector3d KdDbMline::normal() const {
+  return impOf(*this).data().normal;
+}
+
+KdStatus KdDbMline::setNormal(const KdGeVector3d& normal) {
+  if (!torva::db::isFinite(normal) || normal.isZeroLength()) return KdStatus::invalidInput;
+  return set(*this, &torva::db::MlineData::normal, normal.normal());
+}
+
+double KdDbMline::scale() const {
+  return impOf(*this).data().scale;
+}
+
+KdStatus KdDbMline::setScale(double scale) {
+  return std::isfinite(scale) ? setShaping(*this, &torva::db::MlineData::scale, scale) : KdStatus::invalidInput;
+}
+
+KdMlineJustification KdDbMline::justification() const {
+  return impOf(*this).data().justification;
+}
+
+KdStatus KdDbMline::setJustification(KdMlineJustification justification) {
+  return setShaping(*this, &torva::db::MlineData::justification, justification);
+}
+
+KdDbObjectId KdDbMline::style() const {
+  const MlineImp& imp = impOf(*this);
+  const torva::dxf::RecordId record = imp.style();
+  return record == torva::dxf::kNoRecord ? KdDbObjectId() : imp.context()->idOf(record);
+}
+
+KdStatus KdDbMline::setStyle(KdDbObjectId style) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (style.isNull()) return KdStatus::nullObjectId;
+  const torva::db::Database* database = imp.context();
+  const torva::dxf::RecordId record = database ? database->recordOf(style) : torva::dxf::kNoRecord;
+  if (record == torva::dxf::kNoRecord) return KdStatus::unknownObjectId;
+  if (database->file().type(record) != torva::dxf::RecordType::mlineStyle) return KdStatus::wrongClass;
+  imp.setStyle(record);
+  return KdStatus::ok;
+}
+
+KdStatus KdDbMline::copyFrom(const KdDbObject* source) {
+  if (!source) return KdStatus::nullPointer;
+  if (!source->isKindOf(desc())) return KdStatus::wrongClass;
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (source != this) imp.copyFrom(impOf(static_cast<const KdDbMline&>(*source)));
+  return KdStatus::ok;
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <bitset>
+#include <optional>
+
+#include "db/mline_data.h"
+#include "db/record_groups.h"
+
+namespace torva::db {
+
+/// What a group of an MLINE record says.
+enum class MlineRole : std::uint8_t {
+  other,
+  styleName,
+  styleHandle,
+  scale,
+  justification,
+  flags,
+  vertexCount,
+  elementCount,
+  start,
+  normal,
+  position,
+  axis,
+  miter,
+  lineCount,
+  line,
+  fillCount,
+  fill,
+};
+
+/// A role, and for points and vectors which coordinate (0 to 2).
+struct MlineSlot {
+  MlineRole role = MlineRole::other;
+  int coordinate = 0;
+
+  std::size_t bit() const { return 3 * static_cast<std::size_t>(role) + static_cast<std::size_t>(coordinate); }
+};
+
+/// Tells what the groups of an MLINE record mean, met one after the other. Reading and writing share it, so that they agree
+/// on every odd record.
+class MlineClassifier {
+ public:
+  /// `groups` is the whole record: one without the class mark of multilines is taken as multiline throughout.
+  explicit MlineClassifier(dxf::Groups groups);
+
+  MlineSlot classify(const dxf::Group& group);
+
+  /// Index of the vertex and element that the last classified group belongs to; -1 before the first.
+  int vertex() const { return m_vertex; }
+  int element() const { return m_element; }
+  /// Whether the multiline part has come to its end: another class part, an embedded object or XDATA follows.
+  bool isPast() const { return m_part == Part::past; }
+
+ private:
+  enum class Part { before, inside, past };
+
+  MlineSlot header(MlineRole role, int coordinate = 0);
+  MlineSlot inVertex(MlineRole role, int coordinate = 0) const;
+
+  bool m_hasMark;
+  Part m_part;
+  ApplicationGroups m_application;
+  std::bitset<64> m_seen;
+  int m_vertex = -1;
+  int m_element = -1;
+};
+
+/// A multiline as its record has it, and which of its header groups the record has (MlineSlot::bit()).
+struct MlineSource {
+  MlineData data;
+  std::bitset<64> header;
+  std::optional<dxf::Group> unreadable;  ///< The first group whose value is no number and counts as 0.
+};
+
+MlineSource readMlineSource(const dxf::DrawingFile& file, dxf::Groups groups);
+
+/// The flag word (group 71) for a multiline.
+int flagWord(const MlineData& data);
+
+/// The bytes of a record with `data` for its multiline part; `bytes` is a whole record. See writeMline(). A record without
+/// any group of a multiline gets all of them.
+std::string writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineData& data);
+
+}  // namespace torva::db

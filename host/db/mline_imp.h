@@ -1,0 +1,44 @@
+#pragma once
+
+#include "db/entity_properties.h"
+#include "db/mline_data.h"
+#include "db/mline_geometry.h"
+#include "db/object_imp.h"
+
+namespace torva::db {
+
+class MlineImp final : public KdDbObjectImp, public KdDbMlineImp {
+ public:
+  void enter() override;
+  void read() override;
+  KdDbMlineImp* mline() override { return this; }
+  std::wstring layerName() const override { return properties().layer; }
+
+  bool appendSegments(const std::vector<KdGePoint3d>& points) override;
+  bool appendSeg(const std::vector<KdGeVector3d>& vectors, int selector) override;
+
+  const MlineData& data() const { return m_data; }
+  /// The data for a change; touches the object. Requires: it is writable.
+  MlineData& change();
+  EntityProperties properties() const;
+  void copyFrom(const MlineImp& source);
+
+  /// The record of the style, found by handle, by name, or STANDARD; kNoRecord when none exists.
+  dxf::RecordId style() const;
+  MlineShape shape() const;
+  /// Brings the lists into agreement with style, scale and justification after one of them changed.
+  void restyle();
+  void setStyle(dxf::RecordId style);
+
+ protected:
+  std::string write() const override;
+
+ private:
+  MlineData m_data;
+  /// Only when they may differ from those in the file; most multilines never need it.
+  std::optional<EntityProperties> m_newProperties;
+  /// Number of the database whose handles the data has, for objects outside any database; 0 when the data names no handle.
+  std::uint32_t m_origin = 0;
+};
+
+}  // namespace torva::db

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "db/mline_style_data.h"
+#include "db/object_imp.h"
+
+namespace torva::db {
+
+class MlineStyleImp final : public KdDbObjectImp {
+ public:
+  void read() override;
+
+  const MlineStyleData& data() const { return m_data; }
+  /// The data for a change; touches the object. Requires: it is writable.
+  MlineStyleData& change();
+  /// The elements for a change: they are sorted when the style is closed.
+  std::vector<MlineStyleElement>& changeElements();
+
+  /// Name of the linetype with an id in context(); empty when there is none.
+  std::wstring linetypeName(KdDbObjectId linetype) const;
+  /// Id of the linetype of an element; null when it is by layer or its name is not in the drawing.
+  KdDbObjectId linetypeId(const MlineStyleElement& element) const;
+
+ protected:
+  std::string write() const override;
+  void settle() override;
+
+ private:
+  MlineStyleData m_data;
+  bool m_areElementsChanged = false;
+};
+
+}  // namespace torva::db

@@ -1,0 +1,49 @@
+#include "db/undo_log.h"
+
+namespace torva::db {
+
+void Database::UndoLog::begin(std::wstring name) {
+  m_isRecording = true;
+  m_current.name = std::move(name);
+}
+
+void Database::UndoLog::keep(const dxf::DrawingFile& file, dxf::RecordId record) {
+  if (m_isRecording && m_kept.insert(record).second) m_current.entries.push_back({record, file.state(record)});
+}
+
+void Database::UndoLog::keepNew(const dxf::DrawingFile& file, dxf::RecordId record) {
+  if (!m_isRecording || !m_kept.insert(record).second) return;
+  dxf::RecordState state = file.state(record);
+  state.isErased = true;
+  m_current.entries.push_back({record, std::move(state)});
+}
+
+void Database::UndoLog::end(const dxf::DrawingFile& file) {
+  if (!std::exchange(m_isRecording, false)) return;
+  m_kept.clear();
+  Step step = std::exchange(m_current, {});
+  std::erase_if(step.entries, [&](const Entry& entry) {
+    const dxf::RecordState now = file.state(entry.record);
+    return now.isErased == entry.state.isErased && now.bytes == entry.state.bytes;
+  });
+  if (step.entries.empty()) return;
+  m_done.push_back(std::move(step));
+  m_undone.clear();
+}
+
+Database::UndoLog::Step* Database::UndoLog::takeBack() {
+  return move(m_done, m_undone);
+}
+
+Database::UndoLog::Step* Database::UndoLog::bringAgain() {
+  return move(m_undone, m_done);
+}
+
+Database::UndoLog::Step* Database::UndoLog::move(std::vector<Step>& from, std::vector<Step>& to) {
+  if (from.empty()) return nullptr;
+  to.push_back(std::move(from.back()));
+  from.pop_back();
+  return &to.back();
+}
+
+}  // namespace torva::db

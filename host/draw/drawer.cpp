@@ -1,0 +1,119 @@
+#include "draw/drawer.h"
+
+#include "draw/entity_bounds.h"
+#include "draw/entity_look.h"
+#include "draw/entity_painter.h"
+#include "draw/symbols.h"
+
+namespace torva::draw {
+
+class Drawer::Imp {
+ public:
+  explicit Imp(const db::Database& drawing)
+      : database(drawing), symbols(drawing), bounds(drawing, symbols), m_seen(drawing.changeCount()) {
+    findBlocks();
+  }
+
+  bool refresh() {
+    bool areSymbolsStale = false, areBoxesStale = false;
+    for (const dxf::RecordId record : database.changesSince(m_seen)) {
+      areBoxesStale = areBoxesStale || concernsBoxes(record);
+      areSymbolsStale = areSymbolsStale || areBoxesStale || database.file().type(record) == dxf::RecordType::section;
+    }
+    m_seen = database.changeCount();
+    if (areSymbolsStale) {
+      symbols.clear();
+      bounds.clear();
+      findBlocks();
+    }
+    return areBoxesStale;
+  }
+
+  const db::Database& database;
+  Symbols symbols;
+  EntityBounds bounds;
+
+ private:
+  void findBlocks() {
+    m_blocksBegin = database.file().section("BLOCKS");
+    m_blocksEnd = database.file().section("ENTITIES");
+  }
+
+  /// Whether a change of the record may change the boxes of others.
+  bool concernsBoxes(dxf::RecordId record) const {
+    using dxf::RecordType;
+    switch (database.file().type(record)) {
+      case RecordType::layer:
+      case RecordType::ltype:
+      case RecordType::mlineStyle:
+      case RecordType::block:
+      case RecordType::endblk:
+      case RecordType::blockRecord:
+        return true;
+      default:
+        break;
+    }
+    if (record >= database.file().originalCount()) return isInBlock(record);
+    return m_blocksBegin != dxf::kNoRecord && record > m_blocksBegin && record < m_blocksEnd;
+  }
+
+  /// Whether a new record belongs to a block other than model space.
+  bool isInBlock(dxf::RecordId record) const {
+    const dxf::Handle modelSpace = database.file().handle(database.recordOf(database.modelSpaceId()));
+    bool hasOwner = false;
+    for (const dxf::Group& group : database.file().groups(record)) {
+      if (group.code != 330) continue;
+      if (group.handle() == modelSpace) return false;
+      hasOwner = true;
+    }
+    return hasOwner;
+  }
+
+  std::size_t m_seen;
+  dxf::RecordId m_blocksBegin = dxf::kNoRecord, m_blocksEnd = dxf::kNoRecord;
+};
+
+Drawer::Drawer(const db::Database& database) : m_imp(std::make_unique<Imp>(database)) {}
+
+Drawer::~Drawer() = default;
+
+void Drawer::draw(dxf::RecordId entity, DisplayList& list) const {
+  refresh();
+  EntityPainter(m_imp->database, m_imp->symbols).paint(entity, list);
+}
+
+void Drawer::drawShapes(dxf::RecordId entity, DisplayList& list) const {
+  refresh();
+  EntityPainter(m_imp->database, m_imp->symbols, Looks::none).paint(entity, list);
+}
+
+geom::Box3 Drawer::bounds(dxf::RecordId entity) const {
+  refresh();
+  return m_imp->bounds.of(entity);
+}
+
+geom::Box3 Drawer::modelSpaceBounds(dxf::RecordId entity) const {
+  refresh();
+  return m_imp->bounds.inModelSpace(entity);
+}
+
+bool Drawer::mayMeet(dxf::RecordId entity, const geom::Box3& boxWcs) const {
+  refresh();
+  return m_imp->bounds.mayMeet(entity, boxWcs);
+}
+
+bool Drawer::isVisible(dxf::RecordId entity) const {
+  refresh();
+  return m_imp->symbols.layer(readLook(m_imp->database.file(), entity).layer).isVisible;
+}
+
+bool Drawer::isPlotted(dxf::RecordId entity) const {
+  refresh();
+  return m_imp->symbols.layer(readLook(m_imp->database.file(), entity).layer).isPlotted;
+}
+
+bool Drawer::refresh() const {
+  return m_imp->refresh();
+}
+
+}  // namespace torva::draw

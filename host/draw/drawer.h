@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+
+#include "db/database.h"
+#include "draw/display_list.h"
+#include "geom/box.h"
+
+namespace torva::draw {
+
+/// Describes entities of a drawing. Keeps what it looked up (layers, linetypes, block extents) between calls; changes of the
+/// drawing are noticed.
+class Drawer {
+ public:
+  explicit Drawer(const db::Database& database);
+  ~Drawer();
+
+  /// Appends what a top-level entity draws. Nothing for one that is erased or on a layer that is off or frozen, and for
+  /// types that draw nothing. Blocks are followed to a depth of 16 and to a million entities.
+  void draw(dxf::RecordId entity, DisplayList& list) const;
+
+  /// The same shapes, all in one appearance: for finding places, and cheaper.
+  void drawShapes(dxf::RecordId entity, DisplayList& list) const;
+
+  /// A box in world coordinates that holds all that draw() gives, without building it: at most slightly too large (texts,
+  /// curves by their control points), never too small. Empty when nothing is drawn.
+  geom::Box3 bounds(dxf::RecordId entity) const;
+
+  /// The same for an entity of the ENTITIES section, but empty for one of a paper space.
+  geom::Box3 modelSpaceBounds(dxf::RecordId entity) const;
+
+  /// False when it is sure that nothing that draw() gives meets a box of world coordinates in x and y; cheaper than drawing.
+  bool mayMeet(dxf::RecordId entity, const geom::Box3& boxWcs) const;
+
+  /// Whether the entity's layer is on and thawed.
+  bool isVisible(dxf::RecordId entity) const;
+
+  /// Whether the entity's layer is one that is plotted.
+  bool isPlotted(dxf::RecordId entity) const;
+
+  /// Forgets what was looked up when something that many entities depend on was changed since the last call: layers,
+  /// linetypes, styles, blocks. The other functions do so by themselves.
+  /// @return whether boxes taken before may be out of date
+  bool refresh() const;
+
+ private:
+  class Imp;
+  std::unique_ptr<Imp> m_imp;
+};
+
+}  // namespace torva::draw

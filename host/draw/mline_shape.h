@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "db/mline_data.h"
+#include "db/mline_style_data.h"
+#include "draw/sketch.h"
+
+namespace torva::draw {
+
+/// Indices of the appearances that a multiline is drawn in.
+struct MlineAppearances {
+  std::vector<std::uint32_t> elements;  ///< In the style's order.
+  std::uint32_t fill = 0;
+  std::uint32_t other = 0;  ///< For elements beyond those of the style.
+
+  std::uint32_t ofElement(std::size_t index) const { return index < elements.size() ? elements[index] : other; }
+};
+
+/// Draws a multiline from its stored lists: fill, joints, caps, then the elements' stretches. Missing elements and empty
+/// lists draw nothing.
+void drawMline(const db::MlineData& mline, const db::MlineStyleData& style, const MlineAppearances& appearances,
+               Sketch& sketch);
+
+/// What of a multiline can have caps.
+struct MlineEnds {
+  bool canHaveStartCaps = true, canHaveEndCaps = true;
+};
+
+/// Collects the extents of a multiline vertex by vertex, without building anything.
+class MlineExtents {
+ public:
+  void beginVertex() { m_position = {}, m_axis = m_miter = {}, m_ring = {}, m_vertexBox = {}; }
+  KdGePoint3d& position() { return m_position; }
+  KdGeVector3d& axis() { return m_axis; }
+  KdGeVector3d& miter() { return m_miter; }
+  /// A list of the vertex begins; its values follow one after the other. Requires: the vertex's point and vectors are known.
+  void beginList() { m_valueCount = 0; }
+  void addValue(double value);
+  void endVertex();
+
+  /// Points of the last vertex: those on its miter alone, and all that its lists name on the segment that starts there.
+  const geom::Box3& ringBox() const { return m_ring.box; }
+  const geom::Box3& vertexBox() const { return m_vertexBox; }
+  /// Boxes of the round caps that the style has; empty for none.
+  geom::Box3 startCap(const db::MlineStyleData& style, const MlineEnds& ends) const;
+  geom::Box3 endCap(const db::MlineStyleData& style, const MlineEnds& ends) const;
+
+  /// Box of all points that the lists name and of the round caps that the style has.
+  geom::Box3 box(const db::MlineStyleData& style, const MlineEnds& ends) const;
+
+ private:
+  /// The points of all elements at one vertex.
+  struct Ring {
+    geom::Box3 box;
+    double least = 0, most = 0;  // distances along the miter
+    double miterLength = 0;
+    int count = 0;
+
+    geom::Box3 withRoundCap() const { return box.grownBy((most - least) * miterLength / 2); }
+  };
+  KdGePoint3d m_position, m_miterPoint;
+  KdGeVector3d m_axis, m_miter;
+  Ring m_ring, m_first, m_last;
+  bool m_hasFirst = false;
+  int m_valueCount = 0;
+  geom::Box3 m_vertexBox, m_points;
+};
+
+geom::Box3 mlineExtents(const db::MlineData& mline, const db::MlineStyleData& style);
+
+}  // namespace torva::draw

@@ -1,0 +1,189 @@
+#include "view/picker.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "view/box_index.h"
+#include "view/hit_test.h"
+
+namespace torva::view {
+namespace {
+
+/// Whether a view looks straight down or up, so that a place in it is a place in x and y.
+bool isPlan(const View& view) {
+  const KdGeVector3d direction = view.toWorld({0, 0, 1}) - view.toWorld({});
+  return direction.x == 0 && direction.y == 0;
+}
+
+geom::Box3 squareInWorld(const PickSquare& square, const View& view) {
+  const double h = square.halfSide;
+  geom::Box3 box;
+  for (const KdGeVector3d corner : {KdGeVector3d{-h, -h, 0}, {h, -h, 0}, {h, h, 0}, {-h, h, 0}}) {
+    box.add(view.toWorld(square.centerDcs + corner));
+  }
+  return box;
+}
+
+geom::Box3 inDisplay(const SmallBox& small, const View& view) {
+  const geom::Box3 box = small.box();
+  geom::Box3 result;
+  for (const double x : {box.min.x, box.max.x}) {
+    for (const double y : {box.min.y, box.max.y}) {
+      for (const double z : {box.min.z, box.max.z}) result.add(view.toDisplay({x, y, z}));
+    }
+  }
+  return result;
+}
+
+bool meets(const geom::Box3& boxDcs, const PickSquare& square) {
+  const KdGePoint3d& c = square.centerDcs;
+  const double h = square.halfSide;
+  return boxDcs.min.x <= c.x + h && boxDcs.max.x >= c.x - h && boxDcs.min.y <= c.y + h && boxDcs.max.y >= c.y - h;
+}
+
+}  // namespace
+
+/// The boxes of model space, and what has to be known to keep them up to date.
+class Picker::Index {
+ public:
+  Index(const db::Database& database, const draw::Drawer& drawer) : m_database(database), m_drawer(drawer) {}
+
+  const BoxIndex& current() {
+    if (m_drawer.refresh() || !m_isBuilt) {
+      build();
+      return m_boxes;
+    }
+    const std::size_t count = m_database.changeCount();
+    for (const dxf::RecordId record : m_database.changesSince(m_seen)) {
+      m_extents.reset();
+      if (!update(record)) {
+        build();
+        break;
+      }
+    }
+    m_seen = count;
+    return m_boxes;
+  }
+
+  geom::Box3 extents() {
+    current();
+    if (!m_extents) {
+      m_extents.emplace();
+      m_database.forEachEntity([&](dxf::RecordId entity) { m_extents->add(m_drawer.modelSpaceBounds(entity)); });
+    }
+    return *m_extents;
+  }
+
+ private:
+  void build() {
+    std::vector<BoxIndex::Entry> entries;
+    entries.reserve(m_database.file().recordCount());
+    m_extents.emplace();
+    m_isMember.assign(m_database.file().recordCount(), false);
+    m_database.forEachEntity([&](dxf::RecordId entity) {
+      const geom::Box3 box = m_drawer.modelSpaceBounds(entity);
+      if (box.isEmpty()) return;
+      m_extents->add(box);
+      entries.push_back({entity, SmallBox::around(box)});
+      m_isMember[entity] = true;
+    });
+    m_boxes.build(std::move(entries));
+    m_seen = m_database.changeCount();
+    m_isBuilt = true;
+  }
+
+  /// False when only building anew tells where the record belongs.
+  bool update(dxf::RecordId record) {
+    using dxf::RecordType;
+    const RecordType type = m_database.file().type(record);
+    if (type == RecordType::vertex || type == RecordType::attrib || type == RecordType::seqend) {
+      const dxf::RecordId owner = ownerOf(record);
+      return owner != dxf::kNoRecord && update(owner);
+    }
+    if (isMember(record) || isInModelSpace(record)) m_boxes.set(record, m_drawer.bounds(record));
+    return true;
+  }
+
+  bool isMember(dxf::RecordId record) const { return record < m_isMember.size() && m_isMember[record]; }
+
+  dxf::RecordId ownerOf(dxf::RecordId record) const {
+    for (const dxf::Group& group : m_database.file().groups(record)) {
+      if (group.code != 330) continue;
+      const dxf::RecordId owner = m_database.file().find(group.handle().value_or(0));
+      const bool isEntity = owner != dxf::kNoRecord && m_database.file().type(owner) != dxf::RecordType::blockRecord;
+      return isEntity ? owner : dxf::kNoRecord;
+    }
+    return dxf::kNoRecord;
+  }
+
+  bool isInModelSpace(dxf::RecordId record) const {
+    const dxf::DrawingFile& file = m_database.file();
+    const dxf::Handle modelSpace = file.handle(m_database.recordOf(m_database.modelSpaceId()));
+    bool hasOwner = false, isInPaperSpace = false;
+    for (const dxf::Group& group : file.groups(record)) {
+      if (group.code == 67) isInPaperSpace = group.integerOr(0) != 0;
+      if (group.code != 330) continue;
+      hasOwner = true;
+      if (group.handle() == modelSpace) return true;
+    }
+    // Drawings of R12 name no owners.
+    const dxf::RecordId begin = file.section("ENTITIES"), end = file.section("OBJECTS");
+    const bool isInSection = begin != dxf::kNoRecord && record > begin && record < end;
+    return !hasOwner && !isInPaperSpace && isInSection;
+  }
+
+  const db::Database& m_database;
+  const draw::Drawer& m_drawer;
+  BoxIndex m_boxes;
+  std::vector<bool> m_isMember;
+  std::optional<geom::Box3> m_extents;
+  std::size_t m_seen = 0;
+  bool m_isBuilt = false;
+};
+
+Picker::Picker(const db::Database& database) : m_drawer(database), m_index(std::make_unique<Index>(database, m_drawer)) {}
+
+Picker::~Picker() = default;
+
+dxf::RecordId Picker::pick(const KdGePoint3d& pointWcs, double halfSide, const View& view) {
+  const PickSquare square{view.toDisplay(pointWcs), halfSide};
+  dxf::RecordId nearest = dxf::kNoRecord;
+  double least = 0;
+  draw::DisplayList list;
+  const auto consider = [&](dxf::RecordId entity) {
+    list.clear();
+    m_drawer.drawShapes(entity, list);
+    const auto distance = distanceIfMet(list, view, square);
+    if (!distance) return;
+    const bool isBetter = nearest == dxf::kNoRecord || *distance < least || (*distance == least && entity > nearest);
+    if (isBetter) nearest = entity, least = *distance;
+  };
+  const BoxIndex& index = m_index->current();
+  if (isPlan(view)) {
+    const geom::Box3 box = squareInWorld(square, view);
+    index.query(SmallBox::around(box), [&](dxf::RecordId entity) {
+      if (m_drawer.mayMeet(entity, box)) consider(entity);
+    });
+  } else {
+    index.queryIf([&](const SmallBox& box) { return meets(inDisplay(box, view), square); }, consider);
+  }
+  return nearest;
+}
+
+std::vector<dxf::RecordId> Picker::query(const geom::Box3& boxWcs) {
+  std::vector<dxf::RecordId> found;
+  if (boxWcs.isEmpty()) return found;
+  m_index->current().query(SmallBox::around(boxWcs), [&](dxf::RecordId entity) { found.push_back(entity); });
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+geom::Box3 Picker::extents() {
+  return m_index->extents();
+}
+
+const draw::Drawer& Picker::drawer() const {
+  return m_drawer;
+}
+
+}  // namespace torva::view

@@ -1,0 +1,258 @@
+#include "db/database.h"
+
+#include <gmock/gmock.h>
+
+#include "db/plan.h"
+
+#include <kdrx/db_mline.h>
+#include <kdrx/db_mline_style.h>
+
+namespace torva::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DatabaseTest : public PlanTest {
+ protected:
+  KdStatus tryOpen(KdDbObjectId id, KdOpenMode mode, bool openErased = false) {
+    KdDbObject* object = nullptr;
+    return kddbOpenObject(object, id, mode, openErased);
+  }
+};
+
+TEST_F(DatabaseTest, ManyReadersOrOneWriterMayHoldAnObject) {
+  auto* first = open<KdDbMline>(0xA0);
+  auto* second = open<KdDbMline>(0xA0);
+  EXPECT_EQ(first, second);
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::wasOpenForRead);
+  EXPECT_EQ(first->close(), KdStatus::ok);
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::wasOpenForRead);
+  EXPECT_EQ(second->close(), KdStatus::ok);
+  EXPECT_EQ(second->close(), KdStatus::notOpen);
+
+  auto* writer = open<KdDbMline>(0xA0, KdOpenMode::forWrite);
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forRead), KdStatus::wasOpenForWrite);
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::wasOpenForWrite);
+  EXPECT_EQ(writer->close(), KdStatus::ok);
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::ok);
+}
+
+TEST_F(DatabaseTest, TellsWhichObjectsAreOpenAndClosesThem) {
+  open<KdDbMline>(0xA0);
+  open<KdDbMline>(0xA0);
+  open<KdDbEntity>(0xA1, KdOpenMode::forWrite);
+  const auto left = database().openObjects();
+  ASSERT_EQ(left.size(), 2u);
+  EXPECT_EQ(left[0].id, id(0xA0));
+  EXPECT_EQ(left[0].readers, 2);
+  EXPECT_FALSE(left[0].hasWriter);
+  EXPECT_TRUE(left[1].hasWriter);
+  database().closeAll();
+  EXPECT_THAT(database().openObjects(), IsEmpty());
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::ok);
+}
+
+TEST_F(DatabaseTest, RefusesIdsThatNameNothing) {
+  const KdDbObjectId own = id(0xA0);
+  const KdDbObjectId pastTheEnd(own.word() | 0xFFFFFFFFu);
+  const KdDbObjectId noRecord(own.word() >> 32 << 32);
+  EXPECT_EQ(tryOpen({}, KdOpenMode::forRead), KdStatus::nullObjectId);
+  EXPECT_EQ(tryOpen(pastTheEnd, KdOpenMode::forRead), KdStatus::unknownObjectId);
+  EXPECT_EQ(tryOpen(noRecord, KdOpenMode::forRead), KdStatus::unknownObjectId);
+
+  const auto other = openText(planText());
+  EXPECT_EQ(tryOpen(other->idOfHandle(0xA0), KdOpenMode::forRead), KdStatus::unknownObjectId);
+  {
+    const Current<db::Database> current(*other);
+    EXPECT_EQ(tryOpen(own, KdOpenMode::forRead), KdStatus::unknownObjectId);
+  }
+  EXPECT_TRUE(id(0).isNull());
+  EXPECT_TRUE(id(0xBEEF).isNull());
+}
+
+TEST_F(DatabaseTest, OpensAnObjectOfAnotherClassNotAtAll) {
+  KdDbMline* mline = nullptr;
+  EXPECT_EQ(kddbOpenObject(mline, id(0xA1), KdOpenMode::forRead), KdStatus::wrongClass);
+  EXPECT_EQ(mline, nullptr);
+  EXPECT_THAT(database().openObjects(), IsEmpty());
+}
+
+TEST_F(DatabaseTest, ErasedObjectsAreOpenedOnlyWhenAskedFor) {
+  auto* line = open<KdDbEntity>(0xA1, KdOpenMode::forWrite);
+  EXPECT_EQ(line->erase(), KdStatus::ok);
+  EXPECT_TRUE(line->isErased());
+  line->close();
+  EXPECT_EQ(line->unerase(), KdStatus::notOpen);
+  EXPECT_EQ(tryOpen(id(0xA1), KdOpenMode::forRead), KdStatus::wasErased);
+  EXPECT_EQ(tryOpen(id(0xA1), KdOpenMode::forWrite, true), KdStatus::ok);
+  EXPECT_EQ(line->unerase(), KdStatus::ok);
+  line->close();
+  EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST_F(DatabaseTest, ErasingAnEntityErasesItsParts) {
+  auto* polyline = open<KdDbEntity>(0xA2, KdOpenMode::forWrite);
+  EXPECT_EQ(polyline->erase(), KdStatus::ok);
+  polyline->close();
+  for (const dxf::Handle part : {0xA2, 0xA3, 0xA4}) EXPECT_TRUE(database().file().isErased(database().file().find(part)));
+  for (const dxf::Handle other : {0xA1, 0xA5}) EXPECT_FALSE(database().file().isErased(database().file().find(other)));
+}
+
+TEST_F(DatabaseTest, ObjectsKnowWhoTheyAre) {
+  const auto* line = open<KdDbEntity>(0xA1);
+  EXPECT_EQ(line->handle(), 0xA1u);
+  EXPECT_EQ(line->objectId(), id(0xA1));
+  EXPECT_EQ(line->ownerId(), database().modelSpaceId());
+  EXPECT_EQ(line->database(), &database());
+  EXPECT_EQ(line->layerId(), id(0x10));
+  EXPECT_EQ(open<KdDbMline>(0xA0)->layerId(), id(0x11));
+  EXPECT_EQ(open<KdDbMlineStyle>(0x18)->ownerId(), id(0x17)) << "the owner is not the first 330, but the one outside of 102";
+  EXPECT_TRUE(open<KdDbDictionary>(0xC)->ownerId().isNull());
+}
+
+TEST_F(DatabaseTest, SpacesHaveTheirOwnEntities) {
+  const dxf::DrawingFile& file = database().file();
+  const auto handlesOf = [&](KdDbObjectId block) {
+    std::vector<dxf::Handle> handles;
+    database().forEachBlockEntity(database().recordOf(block), [&](dxf::RecordId r) { handles.push_back(file.handle(r)); });
+    return handles;
+  };
+  EXPECT_THAT(handlesOf(database().modelSpaceId()), ElementsAre(0xA0, 0xA1, 0xA2));
+  EXPECT_THAT(handlesOf(id(0x1B)), ElementsAre(0xA5));
+  EXPECT_THAT(handlesOf(id(0x1C)), ElementsAre(0x31));
+  EXPECT_THAT(handlesOf(id(0x30)), ElementsAre(0x31));
+  EXPECT_THAT(handlesOf(id(0xA1)), IsEmpty());
+}
+
+TEST_F(DatabaseTest, AppendedEntitiesStandAtTheEndOfModelSpaceInOrder) {
+  const std::string text = groupsFrom("0 POINT\n5 F0\n8 0\n10 1.0\n20 2.0");
+  const dxf::RecordId first = database().appendToModelSpace(text);
+  const dxf::RecordId second = database().appendToModelSpace(groupsFrom("0 POINT\n5 F1\n8 0"));
+  std::vector<dxf::RecordId> entities;
+  database().forEachModelSpaceEntity([&](dxf::RecordId record) { entities.push_back(record); });
+  ASSERT_EQ(entities.size(), 5u);
+  EXPECT_EQ(entities[3], first);
+  EXPECT_EQ(entities[4], second);
+  EXPECT_THAT(changes(), ElementsAre("+0 POINT", "+5 F0", "+8 0", "+10 1.0", "+20 2.0", "+0 POINT", "+5 F1", "+8 0"));
+}
+
+TEST_F(DatabaseTest, ReportsChangedRecordsWhenTheirWriterCloses) {
+  const std::size_t before = database().changeCount();
+  auto* mline = open<KdDbMline>(0xA0, KdOpenMode::forWrite);
+  mline->close();
+  EXPECT_EQ(database().changeCount(), before);
+  for (int pass = 1; pass <= 2; ++pass) {
+    open<KdDbMline>(0xA0, KdOpenMode::forWrite);
+    EXPECT_EQ(mline->setSupressEndCaps(pass == 1), KdStatus::ok);
+    mline->close();
+    const auto changed = database().changesSince(before);
+    ASSERT_EQ(changed.size(), static_cast<std::size_t>(pass));
+    EXPECT_EQ(changed.back(), database().file().find(0xA0));
+  }
+}
+
+TEST_F(DatabaseTest, AMultilineIsSeenAsItStandsNowBeforeItIsWritten) {
+  const dxf::RecordId record = database().file().find(0xA0);
+  db::MlineData storage;
+  EXPECT_FALSE(database().mline(record, storage).suppressesEndCaps);
+  auto* mline = open<KdDbMline>(0xA0, KdOpenMode::forWrite);
+  EXPECT_EQ(mline->setSupressEndCaps(true), KdStatus::ok);
+  EXPECT_TRUE(database().mline(record, storage).suppressesEndCaps);
+  EXPECT_FALSE(database().file().isChanged(record));
+}
+
+TEST(OldDrawing, HasBlocksAndModelSpaceWithoutBlockRecords) {
+  const auto database = openText(groupsFrom(R"(
+    0 SECTION
+    2 HEADER
+    9 $ACADVER
+    1 AC1009
+    0 ENDSEC
+    0 SECTION
+    2 BLOCKS
+    0 BLOCK
+    8 0
+    2 $MODEL_SPACE
+    70 0
+    0 ENDBLK
+    0 BLOCK
+    8 0
+    2 DOOR
+    70 0
+    0 ARC
+    8 0
+    0 ENDBLK
+    0 ENDSEC
+    0 SECTION
+    2 ENTITIES
+    0 LINE
+    8 0
+    10 0.0
+    0 CIRCLE
+    67 1
+    8 0
+    0 ENDSEC
+    0 EOF
+  )"));
+  const Current<db::Database> current(*database);
+  KdDbBlockTable* table = nullptr;
+  ASSERT_EQ(database->getBlockTable(table, KdOpenMode::forRead), KdStatus::ok);
+  std::vector<std::wstring> names;
+  std::vector<int> counts;
+  for (auto blocks = table->newIterator(); !blocks->done(); blocks->step()) {
+    KdDbBlockTableRecord* block = nullptr;
+    ASSERT_EQ(blocks->getRecord(block, KdOpenMode::forRead), KdStatus::ok);
+    names.push_back(block->name());
+    counts.push_back(0);
+    for (auto entities = block->newIterator(); !entities->done(); entities->step()) ++counts.back();
+    block->close();
+  }
+  EXPECT_THAT(names, ElementsAre(L"*Model_Space", L"DOOR"));
+  EXPECT_THAT(counts, ElementsAre(1, 1));
+  EXPECT_TRUE(database->namedObjectsDictionaryId().isNull());
+
+  KdDbObjectId id;
+  KdDbBlockTableRecord* space = nullptr;
+  ASSERT_EQ(kddbOpenObject(space, database->modelSpaceId(), KdOpenMode::forWrite), KdStatus::ok);
+  KdDbMline mline;
+  EXPECT_EQ(space->appendEntity(&mline, id), KdStatus::notApplicable) << "old drawings know no multilines";
+  EXPECT_EQ(mline.database(), nullptr);
+}
+
+TEST(OldDrawing, MayConsistOfEntitiesAlone) {
+  const auto database = openText(groupsFrom("0 SECTION\n2 ENTITIES\n0 LINE\n8 0\n10 0.0\n0 ENDSEC\n0 EOF"));
+  const Current<db::Database> current(*database);
+  KdDbBlockTable* table = nullptr;
+  ASSERT_EQ(database->getBlockTable(table, KdOpenMode::forRead), KdStatus::ok);
+  const auto blocks = table->newIterator();
+  ASSERT_FALSE(blocks->done());
+  EXPECT_EQ(blocks->recordId(), database->modelSpaceId());
+  EXPECT_TRUE(database->layerTableId().isNull());
+  EXPECT_TRUE(database->symbols(dxf::RecordType::layer).empty());
+}
+
+TEST(NewDrawing, HasWhatMultilinesNeed) {
+  const auto database = db::Database::create();
+  const Current<db::Database> current(*database);
+  KdDbObjectId id;
+  KdDbBlockTableRecord* space = nullptr;
+  ASSERT_EQ(kddbOpenObject(space, database->modelSpaceId(), KdOpenMode::forWrite), KdStatus::ok);
+  auto* mline = new KdDbMline;
+  EXPECT_FALSE(mline->style().isNull());
+  EXPECT_EQ(mline->appendSeg({0, 0, 0}), KdStatus::ok);
+  EXPECT_EQ(mline->appendSeg({10, 0, 0}), KdStatus::ok);
+  ASSERT_EQ(space->appendEntity(mline, id), KdStatus::ok);
+  EXPECT_EQ(space->appendEntity(mline, id), KdStatus::alreadyInDatabase);
+  EXPECT_EQ(mline->ownerId(), database->modelSpaceId());
+  mline->close();
+  space->close();
+  database->flush();
+  const db::MlineData written = db::readMline(database->file(), database->recordOf(id));
+  ASSERT_EQ(written.vertices.size(), 2u);
+  EXPECT_EQ(written.vertices[1].position.x, 10);
+  EXPECT_EQ(written.elementCount(), 2);
+}
+
+}  // namespace
+}  // namespace torva::test

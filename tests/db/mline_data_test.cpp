@@ -1,0 +1,300 @@
+#include "db/mline_data.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <random>
+
+#include "db/mline_groups.h"
+#include "db/plan.h"
+
+namespace torva::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+
+/// A multiline's record alone, in a drawing.
+struct Wall {
+  explicit Wall(std::string_view shortForm) : database(openText(planText(shortForm))) {
+    record = database->file().next(database->file().section("ENTITIES"));
+  }
+  db::MlineData read() const { return db::readMline(database->file(), record); }
+  std::string write(const db::MlineData& data) const { return db::writeMline(database->file(), record, data); }
+  std::string_view bytes() const { return database->file().bytes(record); }
+
+  std::unique_ptr<db::Database> database;
+  dxf::RecordId record = 0;
+};
+
+db::MlineVertex vertexAt(double x) {
+  return {{x, 0, 0}, {1, 0, 0}, {0, 1, 0}, {{{}, {0.5, 0}}, {{}, {-0.5, 0}}}};
+}
+
+void expectSame(const db::MlineData& a, const db::MlineData& b) {
+  EXPECT_EQ(a.vertices, b.vertices);
+  EXPECT_EQ(a.styleName, b.styleName);
+  EXPECT_EQ(a.styleHandle, b.styleHandle);
+  EXPECT_EQ(a.scale, b.scale);
+  EXPECT_EQ(a.justification, b.justification);
+  EXPECT_EQ(db::flagWord(a), db::flagWord(b));
+  EXPECT_TRUE(a.normal.isEqualTo(b.normal, {0, 0}));
+}
+
+TEST(MlineReader, ReadsARegularRecord) {
+  const db::MlineData data = Wall(kWalls).read();
+  EXPECT_EQ(data.styleName, L"STANDARD");
+  EXPECT_EQ(data.styleHandle, 0x18u);
+  EXPECT_EQ(data.scale, 1);
+  EXPECT_EQ(data.justification, KdMlineJustification::zero);
+  EXPECT_FALSE(data.isClosed);
+  EXPECT_THAT(data.vertices, ElementsAre(vertexAt(0), vertexAt(100)));
+}
+
+TEST(MlineReader, TakesOddRecordsAsTheyAre) {
+  struct Case {
+    const char* name;
+    const char* groups;
+    std::vector<std::vector<std::size_t>> lists;  // for each vertex and element: parameters, fill values
+  };
+  const Case cases[] = {
+      {"counts that are wrong", "72 9\n73 9\n11 0\n74 7\n41 1\n41 0\n75 5\n42 3", {{2, 1}}},
+      {"empty list", "11 0\n74 0\n75 0\n74 2\n41 1\n41 0\n75 0", {{0, 0, 2, 0}}},
+      {"more elements at the second vertex",
+       "11 0\n74 1\n41 1\n75 0\n11 1\n74 1\n41 1\n75 0\n74 1\n41 2\n75 0",
+       {{1, 0}, {1, 0, 1, 0}}},
+      {"no counts at all", "11 0\n41 1\n41 0\n42 3", {{2, 1}}},
+      {"lists before the first vertex", "74 1\n41 1\n75 0\n11 0", {{}}},
+      {"another class part", "11 0\n74 1\n41 1\n75 0\n100 AcDbMore\n11 1\n41 2", {{1, 0}}},
+      {"XDATA", "11 0\n74 1\n41 1\n1001 OTHERS\n1010 5.0\n41 2", {{1, 0}}},
+      {"application groups", "11 0\n102 {OTHERS\n11 1\n41 2\n102 }\n74 1\n41 1", {{1, 0}}},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.name);
+    const db::MlineData data = Wall(std::string("0 MLINE\n5 A0\n100 AcDbEntity\n8 0\n100 AcDbMline\n") + row.groups).read();
+    std::vector<std::vector<std::size_t>> lists;
+    for (const db::MlineVertex& vertex : data.vertices) {
+      lists.emplace_back();
+      for (const KdMLSegment& element : vertex.elements) {
+        lists.back().push_back(element.elementParameters.size());
+        lists.back().push_back(element.areaFillParameters.size());
+      }
+    }
+    EXPECT_EQ(lists, row.lists);
+  }
+}
+
+TEST(MlineReader, ValuesThatAreNoNumbersCountAsZero) {
+  const db::MlineData data = Wall("0 MLINE\n5 A0\n100 AcDbMline\n40 nan\n11 1,5\n21 x\n74 1\n41 inf\n41 1E400").read();
+  ASSERT_EQ(data.vertices.size(), 1u);
+  EXPECT_EQ(data.scale, 0);
+  EXPECT_EQ(data.vertices[0].position.x, 1.5);
+  EXPECT_EQ(data.vertices[0].position.y, 0);
+  EXPECT_THAT(data.vertices[0].elements[0].elementParameters, ElementsAre(0, 0));
+}
+
+struct Edit {
+  const char* name;
+  std::function<void(db::MlineData&)> change;
+  std::vector<std::string> groups;
+};
+
+std::vector<double>& list(db::MlineData& data, std::size_t vertex, std::size_t element) {
+  return data.vertices[vertex].elements[element].elementParameters;
+}
+
+TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
+  const Edit edits[] = {
+      {"nothing", [](auto&) {}, {}},
+      {"cut",
+       [](auto& d) {
+         list(d, 0, 0) = {0.5, 0, 40, 60};
+       },
+       {"-74      2", "+74      4", "+41 40.0", "+41 60.0"}},
+      {"offset", [](auto& d) { list(d, 0, 1)[0] = -0.75; }, {"-41 -0.5", "+41 -0.75"}},
+      {"value in front",
+       [](auto& d) {
+         list(d, 0, 0) = {0.5, 7, 0};
+       },
+       {"-74      2", "+74      3", "+41 7.0"}},
+      {"emptied", [](auto& d) { list(d, 1, 1).clear(); }, {"-74      2", "-41 -0.5", "-41 0.0", "+74      0"}},
+      {"fill",
+       [](auto& d) {
+         d.vertices[0].elements[0].areaFillParameters = {1, 2};
+       },
+       {"-75      0", "+75      2", "+42 1.0", "+42 2.0"}},
+      {"flags", [](auto& d) { d.suppressesEndCaps = true; }, {"-71      1", "+71      9"}},
+      {"closed", [](auto& d) { d.isClosed = true; }, {"-71      1", "+71      3"}},
+      {"scale", [](auto& d) { d.scale = -2; }, {"-40 1.0", "+40 -2.0"}},
+      {"justification", [](auto& d) { d.justification = KdMlineJustification::bottom; }, {"-70      1", "+70      2"}},
+      {"style",
+       [](auto& d) { d.styleName = L"W\u00e4nde", d.styleHandle = 0x19; },
+       {"-2 STANDARD", "-340 18", "+2 W\xe4nde", "+340 19"}},
+      {"first vertex", [](auto& d) { d.vertices[0].position.x = 3; }, {"-10 0.0", "+10 3.0", "-11 0.000", "+11 3.0"}},
+      {"last vertex",
+       [](auto& d) {
+         d.vertices[1].position = {90, 1, 0};
+       },
+       {"-11 100.0", "-21 0.0", "+11 90.0", "+21 1.0"}},
+      {"miter", [](auto& d) { d.vertices[0].miter.x = 0.25; }, {"-13 0.0", "+13 0.25"}},
+      {"element gone",
+       [](auto& d) { d.vertices[1].elements.pop_back(); },
+       {"-74      2", "-41 -0.5", "-41 0.0", "-75      0"}},
+      {"new element",
+       [](auto& d) {
+         d.vertices[1].elements.push_back({{}, {9}});
+       },
+       {"+74      1", "+41 9.0", "+75      0"}},
+  };
+  const Wall wall(kWalls);
+  for (const Edit& edit : edits) {
+    SCOPED_TRACE(edit.name);
+    db::MlineData data = wall.read();
+    edit.change(data);
+    EXPECT_THAT(difference(wall.bytes(), wall.write(data)), ElementsAreArray(edit.groups));
+  }
+}
+
+TEST(MlineWriter, NewAndRemovedVerticesLeaveTheOthersAlone) {
+  const Wall wall(kWalls);
+  db::MlineData data = wall.read();
+  data.vertices.insert(data.vertices.begin() + 1, vertexAt(50));
+  const std::string longer = wall.write(data);
+  std::vector<std::string> groups = {"+11 50.0",   "+21 0.0",    "+31 0.0",  "+12 1.0",    "+22 0.0",   "+32 0.0",
+                                     "+13 0.0",    "+23 1.0",    "+33 0.0",  "+74      2", "+41 0.5",   "+41 0.0",
+                                     "+75      0", "+74      2", "+41 -0.5", "+41 0.0",    "+75      0"};
+  auto changes = difference(wall.bytes(), longer);
+  ASSERT_EQ(changes.size(), groups.size() + 2) << "besides the vertex its count";
+  EXPECT_THAT(std::vector(changes.begin(), changes.begin() + 2), ElementsAre("-72      2", "+72      3"));
+  EXPECT_THAT(std::vector(changes.begin() + 2, changes.end()), testing::UnorderedElementsAreArray(groups));
+
+  data.vertices.erase(data.vertices.begin());
+  data.vertices.erase(data.vertices.begin());
+  changes = difference(wall.bytes(), wall.write(data));
+  EXPECT_THAT(std::vector(changes.begin(), changes.begin() + 4),
+              ElementsAre("-72      2", "+72      1", "-10 0.0", "+10 100.0"));
+  EXPECT_EQ(changes.size(), 4 + groups.size());
+  for (std::size_t i = 4; i < changes.size(); ++i) EXPECT_EQ(changes[i][0], '-');
+}
+
+TEST(MlineWriter, KeepsWhatItDoesNotKnowWhereItStood) {
+  const Wall wall(R"(
+    0 MLINE
+    5 A0
+    999 before
+    102 {ACAD_REACTORS
+    330 17
+    102 }
+    330 1F
+    100 AcDbEntity
+    8 0
+    100 AcDbMline
+    2 STANDARD
+    91 7
+    72 5
+    11 0.0
+    999 in the vertex
+    74 2
+    999 in the list
+    41 1.0
+    41 0.0
+    999 behind the list
+    75 0
+    92 8
+    100 AcDbForeign
+    40 3.0
+    101 Embedded
+    11 4.0
+    1001 OTHERS
+    1070 5
+  )");
+  db::MlineData data = wall.read();
+  data.scale = 2;
+  data.vertices[0].position.y = 6;
+  list(data, 0, 0) = {1, 0, 5};
+  data.vertices.push_back({{9, 0, 0}, {}, {}, {}});
+  EXPECT_THAT(difference(wall.bytes(), wall.write(data)),
+              ElementsAre("-72 5", "+72      2", "+40 2.0", "-74 2", "+21 6.0", "+74      3", "+41 5.0", "+11 9.0",
+                          "+21 0.0", "+31 0.0", "+12 0.0", "+22 0.0", "+32 0.0", "+13 0.0", "+23 0.0", "+33 0.0"));
+  data.vertices.clear();
+  const std::string emptied = wall.write(data);
+  for (const char* kept : {"in the vertex", "in the list", "behind the list", "AcDbForeign", "Embedded"}) {
+    EXPECT_NE(emptied.find(kept), std::string::npos) << kept;
+  }
+}
+
+TEST(MlineWriter, AWrongCountStaysAsLongAsItsListDoes) {
+  const Wall wall("0 MLINE\n5 A0\n100 AcDbMline\n2 STANDARD\n72 9\n11 0.0\n74 7\n41 1.0\n75 0\n74 7\n41 2.0\n75 0");
+  db::MlineData data = wall.read();
+  EXPECT_EQ(wall.write(data), wall.bytes());
+  list(data, 0, 1)[0] = 3;
+  EXPECT_THAT(difference(wall.bytes(), wall.write(data)), ElementsAre("-74 7", "-41 2.0", "+74      1", "+41 3.0"));
+}
+
+TEST(MlineWriter, KeepsTheLineEndsOfTheDrawing) {
+  for (const std::string lineEnd : {"\n", "\r\n", "\r"}) {
+    SCOPED_TRACE(testing::PrintToString(lineEnd));
+    std::string text;
+    for (const char c : planText()) text += c == '\n' ? lineEnd : std::string(1, c);
+    const auto database = openText(text);
+    const dxf::RecordId record = database->file().find(0xA0);
+    db::MlineData data = db::readMline(database->file(), record);
+    list(data, 0, 0) = {0.5, 0, 40, 60};
+    const std::string written = db::writeMline(database->file(), record, data);
+    const auto count = [&](std::string_view bytes, char end) { return std::ranges::count(bytes, end); };
+    for (const char end : {'\n', '\r'}) {
+      const bool isUsed = lineEnd.find(end) != std::string::npos;
+      EXPECT_EQ(count(written, end), isUsed ? count(database->file().bytes(record), lineEnd[0]) + 4 : 0);
+    }
+  }
+}
+
+/// Whatever a record says and whatever it is to say, what is written reads back as what was wanted.
+TEST(MlineWriter, WritesWhatReadsBackFromAnyRecordToAnyData) {
+  constexpr unsigned kSeed = 20240611;
+  SCOPED_TRACE("seed " + std::to_string(kSeed));
+  std::mt19937 random(kSeed);
+  const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+  const auto values = [&] {
+    std::vector<double> result(static_cast<std::size_t>(below(4)));
+    for (double& value : result) value = below(3);
+    return result;
+  };
+  const auto makeData = [&] {
+    db::MlineData data;
+    data.scale = below(3);
+    data.isClosed = below(2) == 1;
+    data.normal = {0, 0, below(2) == 1 ? 1.0 : -1.0};
+    data.vertices.resize(static_cast<std::size_t>(below(6)));
+    for (db::MlineVertex& vertex : data.vertices) {
+      vertex.position = {double(below(4)), double(below(2)), 0};
+      vertex.axis = {double(below(2)), 0, 0};
+      vertex.elements.resize(static_cast<std::size_t>(below(3)));
+      for (KdMLSegment& element : vertex.elements) element = {values(), values()};
+    }
+    return data;
+  };
+  const Wall empty("0 MLINE\n5 A0\n100 AcDbEntity\n8 0\n100 AcDbMline");
+  const dxf::DrawingFile& file = empty.database->file();
+  for (int pass = 0; pass < 3000; ++pass) {
+    std::string bytes = empty.write(makeData());
+    // Some records lack a group or have one too many.
+    std::vector<std::string> groups = groupLines(bytes);
+    const std::size_t place = 5 + static_cast<std::size_t>(below(static_cast<int>(groups.size()) - 5));
+    if (pass % 3 == 1) groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(place));
+    if (pass % 3 == 2) groups.insert(groups.begin() + static_cast<std::ptrdiff_t>(place), "999 comment");
+    std::string text;
+    for (const std::string& group : groups) text += group + "\n";
+    bytes = groupsFrom(text);
+    const auto parse = [&](std::string_view record) { return db::readMlineSource(file, file.groupsOf(record)).data; };
+    ASSERT_EQ(db::writeMline(file, bytes, parse(bytes)), bytes) << text;
+    const db::MlineData wanted = makeData();
+    const std::string written = db::writeMline(file, bytes, wanted);
+    expectSame(parse(written), wanted);
+    ASSERT_EQ(written.find("999") != std::string::npos, bytes.find("999") != std::string::npos);
+    if (HasFailure()) FAIL() << "from\n" << text << "to\n" << written;
+  }
+}
+
+}  // namespace
+}  // namespace torva::test

@@ -1,0 +1,173 @@
+#include <gmock/gmock.h>
+#include <limits>
+#include <numbers>
+
+#include "db/plan.h"
+
+#include <kdrx/db_mline_style.h>
+
+namespace torva::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+
+class MlineStyleTest : public PlanTest {
+ protected:
+  struct Element {
+    double offset = 0;
+    KdCmColor color;
+    KdDbObjectId linetype;
+  };
+  static Element elementOf(const KdDbMlineStyle& style, int index) {
+    Element element;
+    EXPECT_EQ(style.getElementAt(index, element.offset, element.color, element.linetype), KdStatus::ok);
+    return element;
+  }
+};
+
+TEST_F(MlineStyleTest, ReadsAStyle) {
+  const auto* style = open<KdDbMlineStyle>(0x19);
+  EXPECT_EQ(style->name(), L"DOUBLE");
+  EXPECT_EQ(style->description(), L"two leaves");
+  EXPECT_TRUE(style->startSquareCap());
+  EXPECT_TRUE(style->endSquareCap());
+  EXPECT_FALSE(style->filled() || style->showMiters() || style->startInnerArcs() || style->startRoundCap() ||
+               style->endInnerArcs() || style->endRoundCap());
+  EXPECT_EQ(style->fillColor(), KdCmColor::byIndex(1));
+  EXPECT_DOUBLE_EQ(style->startAngle(), std::numbers::pi / 4);
+  EXPECT_DOUBLE_EQ(style->endAngle(), std::numbers::pi / 3);
+  ASSERT_EQ(style->numElements(), 3);
+  EXPECT_EQ(elementOf(*style, 0).linetype, id(0x14)) << "names of linetypes ignore case";
+  EXPECT_EQ(elementOf(*style, 1).color, KdCmColor::trueColor(0xFF0000));
+  EXPECT_TRUE(elementOf(*style, 1).linetype.isNull());
+  EXPECT_EQ(elementOf(*style, 2).offset, -1);
+  EXPECT_EQ(elementOf(*style, 2).color, KdCmColor::byIndex(4));
+}
+
+TEST_F(MlineStyleTest, ChangesTheGroupsOfTheChangedValuesAlone) {
+  const KdCmColor red = KdCmColor::byIndex(1);
+  KdCmColor book = KdCmColor::trueColor(0x0000FF);
+  book.setNamesFromDictionaryKey(L"BOOK$SEA");
+  const struct {
+    const char* name;
+    std::function<KdStatus(KdDbMlineStyle&)> change;
+    std::vector<std::string> groups;
+  } cases[] = {
+      {"nothing", [](auto& s) { return s.setName(s.name()); }, {}},
+      {"name", [](auto& s) { return s.setName(L"TWO"); }, {"-2 DOUBLE", "+2 TWO"}},
+      {"description", [](auto& s) { return s.setDescription(L""); }, {"-3 two leaves", "+3 "}},
+      {"flag", [](auto& s) { return s.setFilled(true); }, {"-70    272", "+70    273"}},
+      {"flag off", [](auto& s) { return s.setEndSquareCap(false); }, {"-70    272", "+70     16"}},
+      {"angle", [](auto& s) { return s.setEndAngle(std::numbers::pi / 2); }, {"-52 60.0", "+52 90.0"}},
+      {"same angle", [](auto& s) { return s.setStartAngle(s.startAngle()); }, {}},
+      {"fill color", [](auto& s) { return s.setFillColor(KdCmColor()); }, {"-62      1", "+62    256"}},
+      {"fill true color", [&](auto& s) { return s.setFillColor(book); }, {"+420       255", "+430 BOOK$SEA"}},
+      {"true color gone", [&](auto& s) { return s.setElement(1, 1, red, {}); }, {"-420 16711680"}},
+      {"linetype",
+       [&](auto& s) { return s.setElement(2, -1, KdCmColor::byIndex(4), id(0x14)); },
+       {"-6 BYLAYER", "+6 DASHED"}},
+      {"by layer", [&](auto& s) { return s.setElement(0, 2, KdCmColor::byIndex(2), {}); }, {"-6 Dashed", "+6 BYLAYER"}},
+      {"missing linetype stays",
+       [&](auto& s) { return s.setElement(1, 1.5, KdCmColor::trueColor(0xFF0000), {}); },
+       {"-49 1.0", "+49 1.5"}},
+      {"first element gone",
+       [](auto& s) { return s.removeElementAt(0); },
+       {"-71      3", "-49 2.0", "-62      2", "-6 Dashed", "+71      2"}},
+      {"new element",
+       [&](auto& s) {
+         int i = 0;
+         return s.addElement(i, 0.0, red, {});
+       },
+       {"-71      3", "+71      4", "+49 0.0", "+62      1", "+6 BYLAYER"}},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.name);
+    database().beginUndoStep(L"");
+    auto* style = open<KdDbMlineStyle>(0x19, KdOpenMode::forWrite);
+    EXPECT_EQ(row.change(*style), KdStatus::ok);
+    style->close();
+    EXPECT_THAT(changes(), ElementsAreArray(row.groups));
+    database().undo();
+  }
+}
+
+TEST_F(MlineStyleTest, AreSortedWhenChangedElementsAreClosed) {
+  auto* style = open<KdDbMlineStyle>(0x18, KdOpenMode::forWrite);
+  int index = 0;
+  EXPECT_EQ(style->addElement(index, 0.75, KdCmColor(), {}), KdStatus::ok);
+  EXPECT_EQ(index, 2);
+  EXPECT_EQ(elementOf(*style, 2).offset, 0.75) << "indices hold while the style is being changed";
+  style->close();
+  open<KdDbMlineStyle>(0x18);
+  EXPECT_EQ(elementOf(*style, 0).offset, 0.75);
+  EXPECT_EQ(elementOf(*style, 2).offset, -0.5);
+  EXPECT_THAT(changes(), ElementsAre("-71      2", "+71      3", "+49 0.75", "+62    256", "+6 BYLAYER"));
+}
+
+TEST_F(MlineStyleTest, KeepTheOrderOfTheirElementsWhenOnlyOtherThingsChange) {
+  std::string text = planText();
+  text.replace(text.find("49\n2.0"), 6, "49\n-9.0");
+  const auto unsorted = openText(text);
+  const Current<db::Database> current(*unsorted);
+  KdDbMlineStyle* style = nullptr;
+  ASSERT_EQ(kddbOpenObject(style, unsorted->idOfHandle(0x19), KdOpenMode::forWrite), KdStatus::ok);
+  const std::string before(unsorted->file().bytes(unsorted->file().find(0x19)));
+  EXPECT_EQ(style->setDescription(L"other"), KdStatus::ok);
+  style->close();
+  unsorted->flush();
+  EXPECT_THAT(difference(before, unsorted->file().bytes(unsorted->file().find(0x19))),
+              ElementsAre("-3 two leaves", "+3 other"));
+}
+
+TEST_F(MlineStyleTest, ANewStyleIsWrittenWhole) {
+  auto* dictionary = open<KdDbDictionary>(0x17, KdOpenMode::forWrite);
+  auto* style = new KdDbMlineStyle;
+  ASSERT_EQ(style->copyFrom(open<KdDbMlineStyle>(0x19)), KdStatus::ok);
+  EXPECT_EQ(style->setName(L"COPY"), KdStatus::ok);
+  KdDbObjectId made;
+  ASSERT_EQ(dictionary->setAt(L"COPY", style, made), KdStatus::ok);
+  style->close();
+  dictionary->close();
+  EXPECT_THAT(changes(),
+              ElementsAre("+3 COPY", "+350 FFFF", "+0 MLINESTYLE", "+5 FFFF", "+102 {ACAD_REACTORS", "+330 17", "+102 }",
+                          "+330 17", "+100 AcDbMlineStyle", "+2 COPY", "+70    272", "+3 two leaves", "+62      1",
+                          "+51 45.0", "+52 60.0", "+71      3", "+49 2.0", "+62      2", "+6 Dashed", "+49 1.0",
+                          "+62      1", "+420  16711680", "+6 MISSING", "+49 -1.0", "+62      4", "+6 BYLAYER"));
+}
+
+TEST_F(MlineStyleTest, RefuseWhatTheyCannotHold) {
+  auto* style = open<KdDbMlineStyle>(0x18, KdOpenMode::forWrite);
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  int index = 7;
+  EXPECT_EQ(style->setElement(2, 0, {}, {}), KdStatus::invalidIndex);
+  EXPECT_EQ(style->setElement(-1, 0, {}, {}), KdStatus::invalidIndex);
+  EXPECT_EQ(style->setElement(0, nan, {}, {}), KdStatus::invalidInput);
+  EXPECT_EQ(style->setElement(0, 0.5, KdCmColor(), id(0x10)), KdStatus::unknownObjectId) << "a layer is no linetype";
+  EXPECT_EQ(style->addElement(index, nan, {}, {}), KdStatus::invalidInput);
+  EXPECT_EQ(index, 7);
+  EXPECT_EQ(style->removeElementAt(2), KdStatus::invalidIndex);
+  EXPECT_EQ(style->setStartAngle(nan), KdStatus::invalidInput);
+  style->close();
+  EXPECT_EQ(style->setName(L"X"), KdStatus::notOpen);
+  EXPECT_EQ(style->removeElementAt(0), KdStatus::notOpen);
+  style->initMlineStyle();
+  EXPECT_EQ(style->numElements(), 2);
+  EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST(NewMlineStyle, IsEmptyAndSquare) {
+  KdDbMlineStyle style;
+  int index = -1;
+  EXPECT_EQ(style.addElement(index, 0.5, KdCmColor(), {}), KdStatus::ok);
+  EXPECT_EQ(style.setName(L"X"), KdStatus::ok);
+  style.initMlineStyle();
+  EXPECT_EQ(style.numElements(), 0);
+  EXPECT_EQ(style.name(), L"");
+  EXPECT_DOUBLE_EQ(style.startAngle(), std::numbers::pi / 2);
+  EXPECT_TRUE(style.fillColor().isByLayer());
+}
+
+}  // namespace
+}  // namespace torva::test

@@ -1,0 +1,98 @@
+#include "view/hit_test.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+#include <random>
+
+namespace torva::view {
+namespace {
+
+using draw::Arc;
+using draw::Fill;
+using draw::Polyline;
+
+std::optional<double> hit(const draw::Shape& shape, const KdGePoint3d& center, double halfSide) {
+  draw::DisplayList list;
+  list.primitives.push_back({shape, 0});
+  return distanceIfMet(list, View(), {center, halfSide});
+}
+
+TEST(HitTest, MeasuresWhatMeetsTheSquare) {
+  constexpr double kTurn = 2 * std::numbers::pi;
+  const Polyline line{{{0, 0, 0}, {10, 0, 0}}, false}, ring{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}}, true},
+      dot{{{5, 5, 7}}, false};
+  const Arc half{{0, 0, 0}, {5, 0, 0}, {0, 5, 0}, 0, std::numbers::pi}, circle{{0, 0, 0}, {5, 0, 0}, {0, 5, 0}, 0, kTurn};
+  const Arc ellipse{{0, 0, 0}, {10, 0, 0}, {0, 5, 0}, 0, kTurn};
+  const Fill frame{{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {{2, 2, 0}, {8, 2, 0}, {8, 8, 0}, {2, 8, 0}}}};
+  const draw::Text text{L"HH", {0, 0, 0}, {10, 0, 0}, {0, 10, 0}};
+  constexpr double kMiss = -1;
+  struct Case {
+    const char* name;
+    draw::Shape shape;
+    KdGePoint3d center;
+    double halfSide, distance;
+  };
+  const Case cases[] = {
+      {"line through the square", line, {4, 1, 0}, 2, 1},
+      {"on the line", line, {4, 0, 0}, 2, 0},
+      {"line touches the border", line, {4, 2, 0}, 2, 2},
+      {"line just outside", line, {4, 2.001, 0}, 2, kMiss},
+      {"square beyond the end", line, {11, 1, 0}, 1, std::sqrt(2.0)},
+      {"diagonal passes the corner", Polyline{{{0, 3, 0}, {3, 0, 0}}, false}, {0, 0, 0}, 1.4, kMiss},
+      {"height above the plane does not count", dot, {5, 4, 0}, 1, 1},
+      {"closing segment", ring, {5, 5.5, 0}, 1, std::sqrt(0.125)},
+      {"arc from outside", half, {0, 6, 0}, 2, 1},
+      {"arc from inside", half, {0, 4, 0}, 2, 1},
+      {"where the half circle is not", half, {0, -5, 0}, 2, kMiss},
+      {"end of the arc", half, {5, -1, 0}, 1, 1},
+      {"circle's center is far from it", circle, {0, 0, 0}, 2, kMiss},
+      {"square around the circle", circle, {0, 0, 0}, 6, 5},
+      {"ellipse at its flat side", ellipse, {0, 6, 0}, 2, 1},
+      {"ellipse at its tip", ellipse, {12, 0, 0}, 2, 2},
+      {"inside an area", frame, {1, 1, 0}, 0.5, 0},
+      {"in an area's hole", frame, {5, 5, 0}, 0.5, kMiss},
+      {"at the hole's edge", frame, {5, 2.25, 0}, 0.5, 0.25},
+      {"text between its strokes", text, {5, 7, 0}, 0.5, 2},
+      {"outside the text", text, {5, 20, 0}, 0.5, kMiss},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto distance = hit(c.shape, c.center, c.halfSide);
+    if (c.distance == kMiss) {
+      EXPECT_FALSE(distance);
+      continue;
+    }
+    ASSERT_TRUE(distance);
+    EXPECT_NEAR(*distance, c.distance, 1e-9);
+  }
+}
+
+TEST(HitTest, AgreesWithASampledEllipse) {
+  std::mt19937 random(11);
+  std::uniform_real_distribution<> number(-10, 10);
+  for (int i = 0; i < 300; ++i) {
+    const Arc arc{{number(random), number(random), 0},
+                  {number(random), number(random), 0},
+                  {number(random), number(random), 0},
+                  number(random),
+                  number(random) / 2};
+    const double halfSide = std::abs(number(random)) / 3;
+    constexpr int kSamples = 100'000;
+    double least = 1e9, deepest = 1e9;
+    for (int k = 0; k <= kSamples; ++k) {
+      const KdGePoint3d p = arc.at(arc.startRad + arc.sweepRad * k / kSamples);
+      least = std::min(least, std::hypot(p.x, p.y));
+      deepest = std::min(deepest, std::max(std::abs(p.x), std::abs(p.y)));
+    }
+    const auto distance = hit(arc, {0, 0, 0}, halfSide);
+    if (std::abs(deepest - halfSide) < 1e-3) continue;  // too close for the samples to tell
+    ASSERT_EQ(distance.has_value(), deepest < halfSide) << "round " << i;
+    if (distance) {
+      EXPECT_NEAR(*distance, least, 1e-3) << "round " << i;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace torva::view

@@ -1,0 +1,157 @@
+#include "view/picker.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "draw/sample_drawing.h"
+#include "view/box_index.h"
+#include "view/hit_test.h"
+
+namespace torva::view {
+namespace {
+
+using test::entity;
+using test::group;
+using test::point;
+
+/// Lines, circles and two-element multilines spread over 1000 x 1000, at heights up to 300.
+std::string randomEntities(int count, unsigned seed) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<> place(0, 1000), size(-60, 60);
+  std::string text;
+  for (int i = 0; i < count; ++i) {
+    const double x = place(random), y = place(random), z = place(random) * 0.3, turn = size(random);
+    const double c = std::cos(turn), s = std::sin(turn);
+    if (i % 3 == 0) {
+      text += entity("LINE", point(10, x, y, z) + point(11, x + size(random), y + size(random), z));
+    } else if (i % 3 == 1) {
+      text += entity("CIRCLE", point(10, x, y, z) + group(40, std::abs(size(random)) + 1));
+    } else {
+      const std::vector<std::vector<double>> lists = {{3, 0, 20, 30}, {-3, 0}};
+      text += entity("MLINE", group(71, "1") + test::mlineVertex({x, y, z, c, s, 0, -s, c, 0}, lists) +
+                                  test::mlineVertex({x + 50 * c, y + 50 * s, z, c, s, 0, -s, c, 0}, lists));
+    }
+  }
+  return text;
+}
+
+dxf::RecordId pickAmongAll(const db::Database& database, const KdGePoint3d& point, double halfSide, const View& view) {
+  const draw::Drawer drawer(database);
+  dxf::RecordId nearest = dxf::kNoRecord;
+  double least = 0;
+  for (const dxf::RecordId record : test::entitiesOf(database)) {
+    draw::DisplayList list;
+    drawer.draw(record, list);
+    const auto distance = distanceIfMet(list, view, {view.toDisplay(point), halfSide});
+    if (distance && (nearest == dxf::kNoRecord || *distance <= least)) nearest = record, least = *distance;
+  }
+  return nearest;
+}
+
+View tilted() {
+  const std::string viewport = group(0, "VPORT") + group(2, "*ACTIVE") + point(16, 1, -2, 1.5) + group(51, 20.0);
+  return View::ofDrawing(*test::SampleDrawing{.viewport = viewport}.open(), 1000, 1000);
+}
+
+View turned() {
+  const std::string viewport = group(0, "VPORT") + group(2, "*ACTIVE") + group(51, 30.0);
+  return View::ofDrawing(*test::SampleDrawing{.viewport = viewport}.open(), 1000, 1000);
+}
+
+TEST(Picker, FindsWhatLookingAtAllFinds) {
+  const auto database = test::SampleDrawing{.entities = randomEntities(1500, 2)}.open();
+  Picker picker(*database);
+  std::mt19937 random(3);
+  std::uniform_real_distribution<> place(0, 1000);
+  for (const View& view : {View(), turned(), tilted()}) {
+    int hits = 0;
+    for (int i = 0; i < 150; ++i) {
+      const KdGePoint3d at{place(random), place(random), 0};
+      const dxf::RecordId expected = pickAmongAll(*database, at, 8, view);
+      ASSERT_EQ(picker.pick(at, 8, view), expected) << at.x << "," << at.y;
+      if (expected != dxf::kNoRecord) ++hits;
+    }
+    EXPECT_GT(hits, 50);
+  }
+}
+
+TEST(Picker, PrefersTheLaterOfEquals) {
+  const std::string line = entity("LINE", point(10, 0, 0) + point(11, 10, 0));
+  const std::string off = entity("LINE", point(10, 0, 0) + point(11, 10, 0), "OFF");
+  const std::string paper = group(0, "LINE") + group(100, "AcDbEntity") + group(67, "1") + group(8, "0") +
+                            group(100, "AcDbLine") + point(10, 0, 0) + point(11, 10, 0);
+  const auto database = test::SampleDrawing{.entities = line + line + off + paper}.open();
+  Picker picker(*database);
+  EXPECT_EQ(picker.pick({5, 1, 0}, 2, View()), test::entitiesOf(*database)[1]);
+  EXPECT_EQ(picker.pick({5, 3, 0}, 2, View()), dxf::kNoRecord);
+}
+
+TEST(Picker, FollowsChanges) {
+  const std::string line = group(0, "LINE") + group(5, "AA") + group(330, "1F") + group(100, "AcDbEntity") + group(8, "0") +
+                           group(100, "AcDbLine") + point(10, 0, 0) + point(11, 10, 0);
+  const auto database = test::SampleDrawing{.entities = line}.open();
+  Picker picker(*database);
+  const dxf::RecordId first = picker.pick({5, 0, 0}, 1, View());
+  ASSERT_NE(first, dxf::kNoRecord);
+
+  std::string other = line;
+  other.replace(other.find("AA"), 2, "AB");
+  const dxf::RecordId added = database->appendToModelSpace(other);
+  EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), added);
+  EXPECT_EQ(picker.query({{4, -1, 0}, {6, 1, 0}}), (std::vector<dxf::RecordId>{first, added}));
+
+  database->beginUndoStep(L"ERASE");
+  KdDbObject* object = nullptr;
+  ASSERT_EQ(database->openObject(object, database->idOf(added), KdOpenMode::forWrite, false), KdStatus::ok);
+  ASSERT_EQ(object->erase(), KdStatus::ok);
+  object->close();
+  database->endUndoStep();
+  EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), first);
+
+  database->undo();
+  EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), added);
+}
+
+TEST(Picker, KnowsTheExtents) {
+  const auto database = test::SampleDrawing{.entities = entity("LINE", point(10, -5, 1) + point(11, 20, 7)) +
+                                                        entity("LINE", point(10, 900, 900) + point(11, 950, 950), "FROZEN")}
+                            .open();
+  const geom::Box3 box = Picker(*database).extents();
+  EXPECT_LE(box.min.distanceTo({-5, 1, 0}), 1e-9);
+  EXPECT_LE(box.max.distanceTo({20, 7, 0}), 1e-9);
+  EXPECT_TRUE(Picker(*test::SampleDrawing{}.open()).extents().isEmpty());
+}
+
+TEST(BoxIndex, FindsTheBoxesThatMeet) {
+  std::mt19937 random(9);
+  std::uniform_real_distribution<> place(-1e6, 1e6), size(0, 2e4);
+  std::vector<BoxIndex::Entry> entries;
+  std::vector<geom::Box3> boxes;
+  for (dxf::RecordId id = 0; id < 3000; ++id) {
+    const KdGePoint3d at{place(random), place(random), 0};
+    boxes.push_back({at, at + KdGeVector3d{size(random), size(random), 0}});
+    entries.push_back({id, SmallBox::around(boxes.back())});
+  }
+  BoxIndex index;
+  index.build(entries);
+  for (dxf::RecordId id = 0; id < 3000; id += 7) {
+    boxes[id] = id % 2 ? geom::Box3{} : geom::Box3{{place(random), 0, 0}, {1e6, 10, 0}};
+    index.set(id, boxes[id]);
+    if (id % 3 == 0) index.set(id, boxes[id] = boxes[id].grownBy(5));
+  }
+  for (int i = 0; i < 200; ++i) {
+    const KdGePoint3d at{place(random), place(random), 0};
+    const SmallBox wanted = SmallBox::around({at, at + KdGeVector3d{1e5, 1e5, 0}});
+    std::vector<dxf::RecordId> found, expected;
+    index.query(wanted, [&](dxf::RecordId id) { found.push_back(id); });
+    std::sort(found.begin(), found.end());
+    for (dxf::RecordId id = 0; id < boxes.size(); ++id) {
+      if (!boxes[id].isEmpty() && SmallBox::around(boxes[id]).meetsInPlan(wanted)) expected.push_back(id);
+    }
+    ASSERT_EQ(found, expected);
+  }
+}
+
+}  // namespace
+}  // namespace torva::view
