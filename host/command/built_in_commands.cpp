@@ -1,0 +1,47 @@
+#include "command/built_in_commands.h"
+
+#include "command/commands/drawing_commands.h"
+#include "command/commands/help_command.h"
+#include "command/commands/list_command.h"
+#include "command/commands/plot_command.h"
+#include "command/commands/setvar_command.h"
+#include "command/commands/undo_commands.h"
+#include "command/commands/zoom_command.h"
+
+namespace torva::command {
+
+namespace {
+
+struct BuiltIn {
+  const wchar_t* name;
+  void (*run)(Editor&);
+  int flags = 0;
+};
+
+constexpr BuiltIn kBuiltIns[] = {
+    {L"?", helpCommand},
+    {L"HELP", helpCommand},
+    {L"LIST", listCommand},
+    {L"NEW", newCommand, kIsNoUndoStep},
+    {L"OPEN", openCommand, kIsNoUndoStep},
+    {L"PLOT", plotCommand},
+    {L"QSAVE", qsaveCommand, kIsNoUndoStep},
+    {L"QUIT", quitCommand, kIsNoUndoStep},
+    {L"REDO", redoCommand, kIsNoUndoStep},
+    {L"SAVEAS", saveasCommand, kIsNoUndoStep},
+    {L"SETVAR", setvarCommand},
+    {L"U", uCommand, kIsNoUndoStep},
+    {L"UNDO", undoCommand, kIsNoUndoStep},
+    {L"ZOOM", zoomCommand},
+};
+
+}  // namespace
+
+void registerBuiltInCommands(CommandStack& commands, Editor& editor) {
+  for (const BuiltIn& builtIn : kBuiltIns) {
+    commands.add(
+        {L"TORVA_BUILT_IN", builtIn.name, builtIn.name, builtIn.flags, [&editor, run = builtIn.run] { run(editor); }});
+  }
+}
+
+}  // namespace torva::command

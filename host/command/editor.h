@@ -1,0 +1,139 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "base/export.h"
+#include "base/result.h"
+#include "command/command_stack.h"
+#include "command/input_source.h"
+#include "command/plotter.h"
+#include "command/user_plane.h"
+#include "db/database.h"
+#include "db/system_variables.h"
+#include "view/picker.h"
+#include "view/view.h"
+
+#include <kdrx/ed.h>
+
+namespace torva::command {
+
+/// What programs want to know after a run.
+enum class Fault { none, drawing, script };
+
+/// What a run does after a fault.
+enum class OnFault { goOn, stop };
+
+/// Whether a blank ends a text answer, or only the line's end does.
+enum class Blanks { endAnswer, belongToAnswer };
+
+/// What saving does with a file that another program changed since it was opened.
+enum class ChangedFile { keep, replace };
+
+/// How the command line opens and saves drawings.
+struct FileHandling {
+  dxf::DamagePolicy damagePolicy = dxf::DamagePolicy::refuse;
+  bool keepsBackup = false;
+};
+
+/// The command line of one drawing at a time: asks for input, runs commands, owns drawing and view.
+///
+/// While it lives, it and its drawing are what the free functions of the programming interface work on.
+class TORVA_API Editor {
+ public:
+  /// @param print takes text for the user as it stands, line ends included
+  /// @param report takes one line for the user about a fault or a warning, without line end
+  Editor(CommandStack& commands, std::function<void(std::wstring_view)> print,
+         std::function<void(const std::string&)> report);
+  ~Editor();
+  Editor(const Editor&) = delete;
+  Editor& operator=(const Editor&) = delete;
+
+  /// The drawing that commands work on; a new one from the start, never null.
+  db::Database& database() { return *m_database; }
+  /// Replaces the drawing; what was changed in the former one is lost. Requires: no object of the former is in use.
+  void setDatabase(std::unique_ptr<db::Database> database);
+  db::SystemVariables& variables() { return m_variables; }
+  /// Reads a system variable as SystemVariables::get() does, those that follow from the view included.
+  Result<db::VariableValue> variable(std::wstring_view name);
+  /// The view of the drawing and the picker in it; made when first asked for.
+  view::View& view();
+  view::Picker& picker();
+  CommandStack& commands() { return m_commands; }
+  /// Size of the viewport that drawings are shown in, in pixels; 1000 x 1000 at first.
+  void setViewport(int widthPx, int heightPx);
+
+  FileHandling& fileHandling() { return m_fileHandling; }
+  /// Opens a drawing in place of the present one, which stays when that fails. What was mended is reported as warnings.
+  /// Errors are those of dxf::DrawingFile::open().
+  Result<void> openDrawing(const std::string& path);
+  /// Puts a new, empty drawing in place of the present one.
+  void beginNewDrawing();
+  /// Saves the drawing; errors are those of dxf::DrawingFile::save().
+  Result<void> saveDrawing(const std::string& path, ChangedFile changedFile = ChangedFile::keep);
+  bool hasUnsavedChanges() const;
+  /// Whether the last drawing asked for could not be opened, so that the present one is not what was meant.
+  bool hasOpeningFailed() const { return m_hasOpeningFailed; }
+
+  /// Runs what a source says until it ends or QUIT is given. Faults are reported with the source's name and line.
+  /// A source that ends inside a command: the command is cancelled, and for a script that is a fault.
+  /// @return the first fault
+  Fault run(InputSource& source, OnFault onFault);
+
+  // What the kded functions and the built-in commands ask; statuses as in <kdrx/ed.h>.
+  int initGet(int flags, const wchar_t* keywords);
+  int getKeyword(const std::wstring& prompt, std::wstring& keyword);
+  int selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs);
+  int getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
+  int getReal(const std::wstring& prompt, double& value);
+  int getInteger(const std::wstring& prompt, int& value);
+  /// An answer that is an offered keyword ends with kKdInputKeyword here too.
+  int getString(const std::wstring& prompt, Blanks blanks, std::wstring& text);
+  /// The keyword that the last input call ended with; empty when it ended otherwise.
+  const std::wstring& lastKeyword() const;
+  /// Whether the last selectEntity() was a pick that met nothing.
+  bool lastMissed() const;
+
+  /// Prints a message on a line of its own.
+  void print(std::wstring_view text);
+  /// Prints text as it stands, wherever the line is.
+  void write(std::wstring_view text);
+  /// Reports a fault, which becomes the run's result, or with Fault::none a warning. The place in the script is added.
+  void report(const Error& error, Fault fault);
+
+  /// Between user and world coordinates.
+  KdGePoint3d toWorld(const KdGePoint3d& ucs);
+  KdGePoint3d toUser(const KdGePoint3d& wcs);
+  const UserPlane& userPlane();
+
+  /// Loads libtorva-gui.so on first need. @return libraryNotLoadable
+  Result<Plotter*> plotter();
+  /// Ends the run after the running command (QUIT); runs begun later end at once.
+  void requestQuit();
+  bool isQuitRequested() const;
+
+ private:
+  class Session;  // state of the dialogue with the user
+
+  void execute(const std::wstring& name);
+  void runCommand(const Command& command);
+  void closeLeftovers(const std::wstring& commandName);
+  /// Reports findings about a drawing as warnings, the first of many.
+  void warnOf(const std::vector<dxf::Finding>& findings, const std::string& path, dxf::Form form);
+  int pickByHandle(std::uint64_t handle, KdDbObjectId& id);
+  int pickByPoint(const KdGePoint3d& pointUcs, KdDbObjectId& id);
+  int miss();
+
+  CommandStack& m_commands;
+  db::SystemVariables m_variables;
+  FileHandling m_fileHandling;
+  bool m_hasOpeningFailed = false;
+  int m_widthPx = 1000, m_heightPx = 1000;
+  std::unique_ptr<db::Database> m_database;
+  std::unique_ptr<view::View> m_view;
+  std::unique_ptr<view::Picker> m_picker;
+  std::unique_ptr<Session> m_session;
+};
+
+}  // namespace torva::command

@@ -1,0 +1,148 @@
+#include <cmath>
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "command/editor.h"
+#include "command/point_text.h"
+#include "command/session.h"
+#include "command/variable_access.h"
+
+namespace torva::command {
+
+namespace {
+
+PointContext pointContext(Editor& editor) {
+  return {variableOr(editor.variables(), L"LASTPOINT", KdGePoint3d{}), editor.userPlane().elevation};
+}
+
+/// Status of a number under the restrictions; nothing when they forbid it.
+template <class Number>
+std::optional<int> accepted(Number number, int flags) {
+  if ((flags & kKdNoZero) && number == 0) return std::nullopt;
+  if ((flags & kKdNoNegative) && number < 0) return std::nullopt;
+  return kKdInputNormal;
+}
+
+}  // namespace
+
+int Editor::initGet(int flags, const wchar_t* keywords) {
+  m_session->restrictions = {};
+  auto parsed = Keywords::parse(keywords ? keywords : L"");
+  if (!parsed) return kKdInputError;
+  m_session->restrictions = {flags, std::move(*parsed)};
+  return kKdInputNormal;
+}
+
+const std::wstring& Editor::lastKeyword() const {
+  return m_session->lastKeyword;
+}
+
+int Editor::getKeyword(const std::wstring& prompt, std::wstring& keyword) {
+  const auto acceptNone = [](const std::wstring&, int) { return std::optional<int>(); };
+  const int status = m_session->request(prompt, L"", Blanks::endAnswer, acceptNone);
+  if (status != kKdInputKeyword) return status;
+  keyword = m_session->lastKeyword;
+  return kKdInputNormal;
+}
+
+int Editor::getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs) {
+  const auto accept = [&](const std::wstring& text, int) -> std::optional<int> {
+    PointContext context = pointContext(*this);
+    if (baseUcs) context.last = *baseUcs;
+    const auto point = parsePoint(text, context);
+    if (!point) return std::nullopt;
+    pointUcs = *point;
+    m_variables.setInternally(L"LASTPOINT", pointUcs);
+    return kKdInputNormal;
+  };
+  return m_session->request(prompt, L"a point", Blanks::endAnswer, accept);
+}
+
+int Editor::getReal(const std::wstring& prompt, double& value) {
+  const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
+    const auto number = parseNumber(text);
+    if (!number || !accepted(*number, flags)) return std::nullopt;
+    value = *number;
+    return kKdInputNormal;
+  };
+  return m_session->request(prompt, L"a number", Blanks::endAnswer, accept);
+}
+
+int Editor::getInteger(const std::wstring& prompt, int& value) {
+  const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
+    const auto number = parseInteger(utf8FromWide(text));
+    if (!number || *number != static_cast<int>(*number) || !accepted(*number, flags)) return std::nullopt;
+    value = static_cast<int>(*number);
+    return kKdInputNormal;
+  };
+  return m_session->request(prompt, L"a whole number", Blanks::endAnswer, accept);
+}
+
+int Editor::getString(const std::wstring& prompt, Blanks blanks, std::wstring& text) {
+  const auto accept = [&](const std::wstring& answer, int) -> std::optional<int> {
+    text = answer;
+    return kKdInputNormal;
+  };
+  return m_session->request(prompt, L"a text", blanks, accept);
+}
+
+int Editor::selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs) {
+  const auto pickAt = [&](const KdGePoint3d& point) {
+    pointUcs = point;
+    m_variables.setInternally(L"LASTPOINT", point);
+  };
+  const auto accept = [&](const std::wstring& text, int) -> std::optional<int> {
+    const PointContext context = pointContext(*this);
+    if (const auto pick = parseHandlePick(text, context)) {
+      pickAt(pick->point);
+      return pickByHandle(pick->handle, id);
+    }
+    const auto point = parsePoint(text, context);
+    if (!point) return std::nullopt;
+    pickAt(*point);
+    return pickByPoint(*point, id);
+  };
+  const int status = m_session->request(prompt, L"a point or #handle:point", Blanks::endAnswer, accept);
+  if (status != kKdInputNone) return status;
+  m_variables.setInternally(L"ERRNO", static_cast<int>(kKdErrnoEmptyAnswer));
+  return kKdInputError;
+}
+
+int Editor::pickByHandle(std::uint64_t handle, KdDbObjectId& id) {
+  const KdDbObjectId named = m_database->idOfHandle(handle);
+  KdDbObject* object = nullptr;
+  if (const dxf::RecordId record = m_database->recordOf(named);
+      record == dxf::kNoRecord || m_database->file().isErased(record)) {
+    print(L"There is no entity with the handle " + wideFromUtf8(formatHandle(handle)) + L".");
+    return miss();
+  }
+  if (m_database->openObject(object, named, KdOpenMode::forRead, false) == KdStatus::ok) {
+    const bool isEntity = object->isKindOf(KdDbEntity::desc());
+    object->close();
+    if (!isEntity) {
+      print(L"The object " + wideFromUtf8(formatHandle(handle)) + L" is no entity.");
+      return miss();
+    }
+  }
+  id = named;
+  return kKdInputNormal;
+}
+
+int Editor::pickByPoint(const KdGePoint3d& pointUcs, KdDbObjectId& id) {
+  const double halfSide = variableOr(m_variables, L"PICKBOX", 3) * view().unitsPerPixel(1.0);
+  const dxf::RecordId picked = picker().pick(toWorld(pointUcs), halfSide, view());
+  if (picked == dxf::kNoRecord) return miss();
+  id = m_database->idOf(picked);
+  return kKdInputNormal;
+}
+
+bool Editor::lastMissed() const {
+  return variableOr(m_variables, L"ERRNO", 0) == kKdErrnoPickMissed;
+}
+
+int Editor::miss() {
+  m_variables.setInternally(L"ERRNO", static_cast<int>(kKdErrnoPickMissed));
+  return kKdInputError;
+}
+
+}  // namespace torva::command

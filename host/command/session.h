@@ -1,0 +1,100 @@
+#pragma once
+
+#include <optional>
+
+#include "base/current.h"
+#include "base/export.h"
+#include "command/answer_line.h"
+#include "command/editor.h"
+#include "command/keywords.h"
+
+namespace torva::command {
+
+/// State of the dialogue with the user: where input comes from and how far it was read, what the next call may be answered
+/// with, and where on its line the output stands.
+class TORVA_INTERNAL Editor::Session {
+ public:
+  Session(std::function<void(std::wstring_view)> print, std::function<void(const std::string&)> report)
+      : m_print(std::move(print)), m_report(std::move(report)) {}
+
+  /// What is read at present.
+  struct Input {
+    InputSource* source = nullptr;
+    AnswerLine line = {};
+    std::size_t lineNumber = 0;
+    bool hasEnded = false;
+    Fault fault = Fault::none;
+  };
+  Input input;
+
+  /// The running command; empty at the command prompt.
+  struct Running {
+    std::wstring name = {};
+    std::size_t lineNumber = 0;
+  };
+  Running running;
+
+  /// Restrictions of the next input call.
+  struct Restrictions {
+    int flags = kKdInitGetNone;
+    Keywords keywords = {};
+  };
+  Restrictions restrictions;
+
+  std::wstring lastKeyword;
+  UserPlaneReader userPlane;
+  bool isQuitRequested = false;
+  std::unique_ptr<Plotter> plotter;
+  std::optional<Current<Editor>> currentEditor;
+  std::optional<Current<db::Database>> currentDatabase;
+
+  /// The next answer, or all that is left of the line. A source that has ended or cannot be read gives cancels; the first
+  /// time inside a command that is reported.
+  Answer ask(const std::wstring& prompt, Blanks blanks = Blanks::endAnswer);
+
+  /// Asks until `accept` takes the answer, and returns its status. Consumes the restrictions.
+  /// @param accept gives a status, or nothing for an answer that is to be asked for again
+  /// @param expected what the answer should be, for the message when it is none
+  template <class Accept>
+  int request(const std::wstring& prompt, std::wstring_view expected, Blanks blanks, Accept accept);
+
+  void write(std::wstring_view text);
+  /// Writes on a line of its own.
+  void writeLine(std::wstring_view text);
+  void report(const std::string& text, Fault fault);
+
+ private:
+  /// An interrupt counts as a line that says ^C.
+  void takeLine(InputSource::Line line, const std::wstring& prompt);
+  void endOfInput(const std::wstring& prompt);
+  void echo(std::wstring_view prompt, const Answer& answer);
+  void refuse(const std::wstring& answer, std::wstring_view expected, const Keywords& keywords);
+
+  std::function<void(std::wstring_view)> m_print;
+  std::function<void(const std::string&)> m_report;
+  bool m_isAtLineStart = true;
+};
+
+/// A text of the user's as messages show it: in quotes, cut when long, without control characters.
+std::wstring inQuotes(std::wstring_view text);
+
+template <class Accept>
+int Editor::Session::request(const std::wstring& prompt, std::wstring_view expected, Blanks blanks, Accept accept) {
+  const Restrictions now = std::exchange(restrictions, {});
+  lastKeyword.clear();
+  for (;;) {
+    const Answer answer = ask(prompt, blanks);
+    if (answer.kind == Answer::Kind::cancel) return kKdInputCancel;
+    if (answer.kind == Answer::Kind::empty) {
+      if (!(now.flags & kKdNoEmptyAnswer)) return kKdInputNone;
+    } else if (const std::wstring* keyword = now.keywords.match(answer.text)) {
+      lastKeyword = *keyword;
+      return kKdInputKeyword;
+    } else if (const std::optional<int> status = accept(answer.text, now.flags)) {
+      return *status;
+    }
+    refuse(answer.text, expected, now.keywords);
+  }
+}
+
+}  // namespace torva::command

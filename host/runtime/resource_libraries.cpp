@@ -1,0 +1,77 @@
+#include "runtime/resource_libraries.h"
+
+#include <algorithm>
+
+namespace torva::runtime {
+
+class ResourceLibraries::Library final : public KdModuleHandleTag {
+ public:
+  explicit Library(std::shared_ptr<const ResourceArchive> content) : archive(std::move(content)) {}
+  const std::string& path() const override { return archive->path(); }
+
+  // Shared by the handles of one file; the last one to close frees it.
+  const std::shared_ptr<const ResourceArchive> archive;
+};
+
+ResourceLibraries::ResourceLibraries(Folders folders, std::vector<std::string> languages)
+    : m_folders(std::move(folders)), m_languages(std::move(languages)) {}
+
+ResourceLibraries::~ResourceLibraries() = default;
+
+KdModuleHandle ResourceLibraries::open(const std::string& name, const std::string& callerFolder) {
+  m_lastFailure = name + ": not found";
+  for (const std::string& path : placesOf(name, callerFolder)) {
+    auto archive = archiveOf(path);
+    if (archive) {
+      m_lastFailure.clear();
+      m_open.push_back(std::make_unique<Library>(std::move(*archive)));
+      return m_open.back().get();
+    }
+    if (archive.error().code == ErrorCode::fileNotFound) continue;
+    m_lastFailure = archive.error().message();
+    return nullptr;
+  }
+  return nullptr;
+}
+
+std::vector<std::string> ResourceLibraries::placesOf(const std::string& name, const std::string& callerFolder) const {
+  if (name.empty()) return {};
+  if (name.front() == '/') return {name};
+  std::vector<std::string> places;
+  for (const std::string& folder : {callerFolder, m_folders.program, m_folders.root, m_folders.root + "/Support"}) {
+    if (!folder.empty()) places.push_back(folder + '/' + name);
+  }
+  return places;
+}
+
+bool ResourceLibraries::close(KdModuleHandle library) {
+  const auto found = std::find_if(m_open.begin(), m_open.end(), [=](const auto& open) { return open.get() == library; });
+  if (found == m_open.end()) return false;
+  if (m_current == library) m_current = nullptr;
+  m_open.erase(found);
+  return true;
+}
+
+const ResourceArchive* ResourceLibraries::archive(KdModuleHandle library) const {
+  const Library* open = find(library);
+  return open ? open->archive.get() : nullptr;
+}
+
+void ResourceLibraries::setCurrent(KdModuleHandle library) {
+  m_current = find(library) ? library : nullptr;
+}
+
+Result<std::shared_ptr<const ResourceArchive>> ResourceLibraries::archiveOf(const std::string& path) const {
+  const auto stamp = FileStamp::of(path);
+  for (const auto& open : m_open) {
+    if (stamp && open->archive->path() == path && open->archive->stamp() == *stamp) return open->archive;
+  }
+  return ResourceArchive::open(path, m_languages);
+}
+
+const ResourceLibraries::Library* ResourceLibraries::find(KdModuleHandle library) const {
+  const auto found = std::find_if(m_open.begin(), m_open.end(), [=](const auto& open) { return open.get() == library; });
+  return found == m_open.end() ? nullptr : found->get();
+}
+
+}  // namespace torva::runtime

@@ -1,0 +1,6 @@
+#include "badmodules/module.h"
+
+int kdrxEntryPoint(int, void*) {
+  note(L"started");
+  return 0;
+}

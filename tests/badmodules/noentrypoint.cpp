@@ -1,0 +1,6 @@
+#include "badmodules/module.h"
+
+int DllMain(KdModuleHandle, unsigned, void*) {
+  note(L"attached");
+  return 1;
+}

@@ -1,0 +1,137 @@
+#include "runtime/profile.h"
+
+#include <gtest/gtest.h>
+
+#include "runtime/profile_variables.h"
+#include "support/temporary_folder.h"
+
+namespace torva::runtime {
+namespace {
+
+TEST(Profile, GivesBackInTheNextRunWhatWasKept) {
+  const TemporaryFolder folder;
+  const std::wstring odd = L" a=b;\\n\\ \r\n[x]\tübergröße \U0001F600 ";
+  {
+    Profile profile(folder.path("new/deep"));
+    ASSERT_TRUE(profile.setText("Settings", "File", odd));
+    ASSERT_TRUE(profile.setText("Settings", "Empty", L""));
+    ASSERT_TRUE(profile.setInteger("Settings", "PosLeft", -10000));
+    ASSERT_TRUE(profile.setInteger("ListCtrls", "PosLeft", 2147483647));
+    ASSERT_TRUE(profile.save());
+  }
+  const Profile profile(folder.path("new/deep"));
+  EXPECT_EQ(profile.text("Settings", "File"), odd);
+  EXPECT_EQ(profile.text("Settings", "Empty"), L"");
+  EXPECT_EQ(profile.integer("Settings", "PosLeft"), -10000);
+  EXPECT_EQ(profile.integer("ListCtrls", "PosLeft"), 2147483647);
+  EXPECT_EQ(profile.integer("ListCtrls", "PosTop"), std::nullopt);
+  EXPECT_EQ(folder.fileCount(), 1u) << "something besides the profile was left behind";
+}
+
+TEST(Profile, LeavesNoFileWhenNothingChanged) {
+  const TemporaryFolder folder;
+  {
+    Profile profile(folder.path("none"));
+    ASSERT_TRUE(profile.save());
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder.path("none")));
+
+  folder.write("profile.ini", "# mine\n[A]\nx=1\n");
+  Profile profile(folder.path());
+  ASSERT_TRUE(profile.setInteger("A", "x", 1));
+  ASSERT_TRUE(profile.save());
+  EXPECT_EQ(folder.read("profile.ini"), "# mine\n[A]\nx=1\n");
+}
+
+TEST(Profile, KeepsWhatAnotherProgramWroteMeanwhile) {
+  const TemporaryFolder folder;
+  Profile first(folder.path()), second(folder.path());
+  ASSERT_TRUE(first.setInteger("A", "both", 1));
+  ASSERT_TRUE(first.setInteger("A", "first", 1));
+  ASSERT_TRUE(first.save());
+  ASSERT_TRUE(second.setInteger("A", "both", 2));
+  ASSERT_TRUE(second.setInteger("B", "second", 2));
+  ASSERT_TRUE(second.save());
+  const Profile now(folder.path());
+  EXPECT_EQ(now.integer("A", "first"), 1);
+  EXPECT_EQ(now.integer("A", "both"), 2);
+  EXPECT_EQ(now.integer("B", "second"), 2);
+}
+
+TEST(Profile, ReadsFilesEditedByHand) {
+  struct Case {
+    const char* name;
+    const char* content;
+    std::optional<int> expected;
+  };
+  const Case cases[] = {
+      {"CR LF and no end of line", "[S]\r\nk=7", 7},
+      {"the last of several wins", "[S]\nk=1\n[T]\nk=2\n[S]\nk=3\n", 3},
+      {"comment", "[S]\n#k=1\n", std::nullopt},
+      {"outside any section", "k=1\n", std::nullopt},
+      {"no integer", "[S]\nk=seven\n", std::nullopt},
+      {"empty value", "[S]\nk=\n", std::nullopt},
+      {"outside 32 bits", "[S]\nk=2147483648\n", std::nullopt},
+      {"bytes that are no text", "\xff\xfe\x00[S]\nk=1\n\\", std::nullopt},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.name);
+    const TemporaryFolder folder;
+    folder.write("profile.ini", each.content);
+    EXPECT_EQ(Profile(folder.path()).integer("S", "k"), each.expected);
+  }
+}
+
+TEST(Profile, SaysSoWhenItCannotBeWrittenAndLeavesNothing) {
+  const TemporaryFolder folder;
+  folder.write("file", "no folder");
+  Profile profile(folder.path("file/profile"));
+  ASSERT_TRUE(profile.setInteger("A", "x", 1));
+  const auto saved = profile.save();
+  ASSERT_FALSE(saved);
+  EXPECT_EQ(saved.error().code, ErrorCode::fileNotWritable);
+
+  // The name of the profile is taken by a folder, so that the last step, the renaming, fails.
+  std::filesystem::create_directories(folder.path("taken/profile.ini/x"));
+  Profile taken(folder.path("taken"));
+  ASSERT_TRUE(taken.setInteger("A", "x", 1));
+  EXPECT_FALSE(taken.save());
+  EXPECT_EQ(folder.fileCount(), 1u) << "a half-written profile was left behind";
+}
+
+TEST(Profile, RefusesNamesThatTheFileCannotHold) {
+  const TemporaryFolder folder;
+  Profile profile(folder.path());
+  for (const char* name : {"", "a=b", "[a", "a]", "a\nb", " a", "a ", "#a"}) {
+    SCOPED_TRACE(name);
+    EXPECT_FALSE(profile.setInteger("A", name, 1));
+    EXPECT_FALSE(profile.setInteger(name, "A", 1));
+  }
+}
+
+TEST(ProfileVariables, KeepWhatChangedAndPassOverWhatDoesNotFit) {
+  const TemporaryFolder folder;
+  const auto pickbox = [](const db::SystemVariables& variables) { return std::get<int>(*variables.get(L"PICKBOX")); };
+  db::SystemVariables first(nullptr);
+  const auto before = first.profileValues();
+  ASSERT_TRUE(before.contains(L"PICKBOX"));
+  Profile profile(folder.path());
+  keepVariables(first, before, profile);
+  ASSERT_TRUE(profile.save());
+  EXPECT_EQ(folder.fileCount(), 0u);
+
+  ASSERT_TRUE(first.set(L"PICKBOX", pickbox(first) + 2));
+  keepVariables(first, before, profile);
+  ASSERT_TRUE(profile.save());
+  db::SystemVariables second(nullptr);
+  restoreVariables(Profile(folder.path()), second);
+  EXPECT_EQ(pickbox(second), pickbox(first));
+
+  folder.write("profile.ini", "[Variables]\nPICKBOX=-999999\nNOSUCH=1\n");
+  db::SystemVariables third(nullptr);
+  restoreVariables(Profile(folder.path()), third);
+  EXPECT_EQ(pickbox(third), std::get<int>(before.at(L"PICKBOX")));
+}
+
+}  // namespace
+}  // namespace torva::runtime
