@@ -1,0 +1,143 @@
+#include "mledit/MlineEdit.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <iterator>
+
+#include "mledit/HostVariables.h"
+#include "mledit/MlineTool.h"
+#include "mledit/PointTable.h"
+
+#include <kdrx/ed.h>
+
+namespace {
+
+constexpr unsigned kUndoKeywords = 4002;
+constexpr std::size_t kParamListReserve = 128;
+
+}  // namespace
+
+CMlineEdit::CMlineEdit()
+    : retCode(kKdInputNormal),
+      promptBuf{},
+      pickPoint{0, 0, 0},
+      spaceBetween(0),
+      pickName{0, 0},
+      spareIndex(-1),
+      ptCrossing(nullptr),
+      ptCrossingCount(0) {
+  paramList.reserve(kParamListReserve);
+}
+
+CMlineEdit::~CMlineEdit() {
+  freePointTable(&segFirst.ptList, &segFirst.ptListCount);
+  freePointTable(&segSecond.ptList, &segSecond.ptListCount);
+  freePointTable(&ptCrossing, &ptCrossingCount);
+}
+
+int CMlineEdit::cmd_mledit_ClosedTree(KdModuleHandle) {
+  return retCode;
+}
+int CMlineEdit::cmd_mledit_OpenTree(KdModuleHandle) {
+  return retCode;
+}
+int CMlineEdit::cmd_mledit_MergedTree(KdModuleHandle) {
+  return retCode;
+}
+int CMlineEdit::cmd_mledit_CornerJoint(KdModuleHandle) {
+  return retCode;
+}
+
+bool CMlineEdit::MlineCopy(KdDbMline* dst, KdDbMline* src) {
+  return dst && src && dst->copyFrom(src) == KdStatus::ok;
+}
+
+bool CMlineEdit::MlineCopy(long* name, KdDbMline* copy) {
+  if (!copy) return false;
+  KdDbMline* mline = openMline(name, KdOpenMode::forWrite);
+  if (!mline) return false;
+  const bool isCopied = MlineCopy(mline, copy);
+  mline->close();
+  return isCopied;
+}
+
+int CMlineEdit::runTool(KdModuleHandle module, const CMlineTool& tool) {
+  const auto resolve = tool.resolve ? tool.resolve : &CMlineEdit::mlineEditInitialize;
+  while (pickFirst(module, tool)) {
+    if (tool.acceptsFirst ? !(this->*tool.acceptsFirst)() : !needBreak(pickName)) continue;
+    (this->*resolve)(&segFirst, pickName, nullptr);
+    if (tool.acceptsSecond) {
+      if (!pickSecond(module, tool)) break;
+      (this->*resolve)(&segSecond, pickName, &segFirst);
+    }
+    const CMlineOpenObject open(&segFirst, &segSecond);
+    renewUndoCopies(tool);
+    if (undoFirst) (this->*tool.edit)();
+    kdedRedraw(nullptr, kKdRedrawUnhighlight);
+  }
+  closePicked();
+  return retCode;
+}
+
+// Asks for the first multiline, doing what is said instead of it. False when the user ends the tool.
+bool CMlineEdit::pickFirst(KdModuleHandle module, const CMlineTool& tool) {
+  const int capacity = static_cast<int>(std::size(promptBuf));
+  const bool hasUndo = undoFirst != nullptr;
+  if (hasUndo) LoadStringW(module, kUndoKeywords, promptBuf, capacity);
+  static_cast<void>(kdedInitGet(kKdInitGetNone, hasUndo ? promptBuf : nullptr));
+  LoadStringW(module, hasUndo ? tool.undoPrompt : tool.firstPrompt, promptBuf, capacity);
+  retCode = kdedEntSel(promptBuf, pickName, pickPoint);
+  if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
+  if (retCode == kKdInputError) return integerVariable(L"ERRNO") != kKdErrnoEmptyAnswer;
+  const bool isKeyword = retCode == kKdInputKeyword && kdedGetInput(promptBuf) == kKdInputNormal;
+  if (isKeyword && wcscasecmp(promptBuf, L"UNDO") == 0) undoLastEdit();
+  return true;
+}
+
+// Asks for the second pick until it is one. An empty answer asks again: only a cancel ends the tool here.
+bool CMlineEdit::pickSecond(KdModuleHandle module, const CMlineTool& tool) {
+  LoadStringW(module, tool.secondPrompt, promptBuf, static_cast<int>(std::size(promptBuf)));
+  do {
+    retCode = kdedEntSel(promptBuf, pickName, pickPoint);
+    if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
+  } while (!(this->*tool.acceptsSecond)());
+  return true;
+}
+
+void CMlineEdit::undoLastEdit() {
+  restore(segFirst, undoFirst);
+  restore(segSecond, undoSecond);
+}
+
+void CMlineEdit::restore(CMlineSegment& seg, std::unique_ptr<KdDbMline>& copy) {
+  if (!copy) return;
+  kdedRedraw(seg.name, kKdRedrawHide);
+  MlineCopy(seg.name, copy.get());
+  copy.reset();
+  kdedRedraw(seg.name, kKdRedrawShow);
+}
+
+// Without all copies there is no edit, so that what UNDO would bring back is always what stood before.
+void CMlineEdit::renewUndoCopies(const CMlineTool& tool) {
+  discardUndoCopies();
+  const auto keep = [this](const CMlineSegment& seg, std::unique_ptr<KdDbMline>& copy) {
+    auto taken = std::make_unique<KdDbMline>();
+    if (MlineCopy(taken.get(), seg.mline)) copy = std::move(taken);
+    return copy != nullptr;
+  };
+  const bool isSecondChanged = tool.changes == CMlineTool::Changes::both && !segSecond.isSameEntity(segFirst);
+  if (!keep(segFirst, undoFirst)) return;
+  if (isSecondChanged && !keep(segSecond, undoSecond)) discardUndoCopies();
+}
+
+void CMlineEdit::discardUndoCopies() {
+  undoFirst.reset();
+  undoSecond.reset();
+}
+
+void CMlineEdit::closePicked() {
+  for (CMlineSegment* seg : {&segFirst, &segSecond}) {
+    if (seg->mline) seg->mline->close();
+    seg->mline = nullptr;
+  }
+}

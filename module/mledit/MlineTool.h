@@ -1,0 +1,23 @@
+#pragma once
+
+class CMlineEdit;
+class CMlineSegment;
+
+/// What a tool fills into the command loop that the tools share: pick, pick again, edit, and so on until the user ends it.
+struct CMlineTool {
+  enum class Changes { first, both };
+
+  unsigned undoPrompt;    ///< Text id of the first prompt while there is something to undo.
+  unsigned firstPrompt;   ///< And while there is nothing.
+  unsigned secondPrompt;  ///< Asked again until `acceptsSecond`.
+  /// Null for a tool with a single pick.
+  bool (CMlineEdit::*acceptsSecond)();
+  /// Edits the two multilines, which are open for write.
+  void (CMlineEdit::*edit)();
+  /// Whether the first pick can be worked with; null for any multiline.
+  bool (CMlineEdit::*acceptsFirst)() = nullptr;
+  /// Resolves a pick; null for CMlineEdit::mlineEditInitialize().
+  void (CMlineEdit::*resolve)(CMlineSegment* seg, long* name, CMlineSegment* other) = nullptr;
+  /// The multilines that `edit` changes and UNDO brings back.
+  Changes changes = Changes::first;
+};

@@ -1,0 +1,82 @@
+#include <algorithm>
+
+#include "geometry/compare.h"
+#include "geometry/vectors.h"
+#include "mlaccess/mline_access.h"
+#include "mledit/MlineEdit.h"
+#include "mledit/MlineTool.h"
+#include "mledit/MlineVertices.h"
+
+namespace {
+
+constexpr unsigned kUndoPrompt = 4008, kFirstPrompt = 4009, kNoSecondPrompt = 0;
+
+bool isOnAnElementPoint(const CMlineSegment& seg, const double* point) {
+  for (int e = 0; e < seg.ptListCount; ++e) {
+    for (int v = 0; v < seg.numVertices; ++v) {
+      if (gx_pt_equal(point, seg.ptList[e][v])) return true;
+    }
+  }
+  return false;
+}
+
+// Ends the list before the first break at or beyond the distance; the offset stays.
+void endBefore(std::vector<double>& list, double distance) {
+  if (list.empty()) return;
+  list.erase(std::find_if(list.begin() + 1, list.end(), [=](double entry) { return entry >= distance; }), list.end());
+}
+
+}  // namespace
+
+int CMlineEdit::cmd_mledit_AddVertex(KdModuleHandle module) {
+  return runTool(module, {kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::addVertex});
+}
+
+int CMlineEdit::cmd_mledit_DeleteVertex(KdModuleHandle module) {
+  return runTool(module, {kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::deleteVertex});
+}
+
+void CMlineEdit::addVertex() {
+  add_OneVertex(&segFirst);
+}
+
+void CMlineEdit::deleteVertex() {
+  delete_OneVertex(&segFirst, getDeleteVertexNumver(&segFirst));
+}
+
+int CMlineEdit::getDeleteVertexNumver(CMlineSegment* seg) {
+  if (!mappingToSpecifyMongline(seg, 0)) return -1;
+  const int next = seg->nextVertex(seg->origSegment);
+  if (next < 0) return -1;
+  return seg->origDistance > vexengine_distance(seg->origPoint, seg->ptList[0][next]) ? next : seg->origSegment;
+}
+
+void CMlineEdit::add_OneVertex(CMlineSegment* seg) {
+  if (!mappingToSpecifyMongline(seg, 0)) return;
+  const int s = seg->origSegment, next = seg->nextVertex(s);
+  if (next < 0 || seg->mline->numVertices() != seg->numVertices) return;
+  double normal[3];
+  GetNormal(seg->mline, normal);
+  std::vector<CMlineVertex> vertices = readMlineVertices(*seg->mline);
+  CMlineVertex& split = vertices[static_cast<std::size_t>(s)];
+  const CMlineVertex& end = vertices[static_cast<std::size_t>(next)];
+
+  CMlineVertex added;
+  Distance_PointToLine(seg->point, split.position, end.position, normal, nullptr, added.position);
+  if (isOnAnElementPoint(*seg, added.position)) return;
+  const CMlineDirections directions(*seg->mline);
+  const double toNext = directions.angle(added.position, end.position);
+  const double toPrevious = directions.angle(added.position, split.position);
+  directions.set(added, toNext, CMlineDirections::bisector(toNext, toPrevious));
+
+  added.elements = split.elements;
+  for (std::size_t e = 0; e < split.elements.size(); ++e) {
+    if (!mappingToSpecifyMongline(seg, static_cast<int>(e))) continue;
+    double offset = 0;
+    Distance_PointToLine(seg->origPoint, split.position, end.position, normal, &offset, nullptr);
+    added.elements[e].elementParameters = {offset, 0};
+    endBefore(split.elements[e].elementParameters, seg->origDistance);
+  }
+  vertices.insert(vertices.begin() + s + 1, std::move(added));
+  writeMlineVertices(*seg->mline, std::move(vertices));
+}

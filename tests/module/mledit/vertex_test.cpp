@@ -1,0 +1,256 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "module/mledit/drawing.h"
+#include "module/mledit/engine.h"
+
+namespace {
+
+using ::testing::DoubleNear;
+using ::testing::ElementsAre;
+using ::testing::Pointwise;
+
+constexpr double kSmall = 1e-12;
+const double kTurned = std::sqrt(2.0) - 1;  // tangent of 22.5 degrees
+
+void expectLists(const KdDbMline& mline, int element, const ElementLists& expected, const char* name) {
+  const ElementLists found = listsOf(mline, element);
+  ASSERT_EQ(found.size(), expected.size()) << name;
+  for (std::size_t v = 0; v < found.size(); ++v) {
+    EXPECT_THAT(found[v], Pointwise(DoubleNear(kSmall), expected[v])) << name << ", element " << element << ", vertex " << v;
+  }
+}
+
+void expectNear(const KdGeVector3d& found, const KdGeVector3d& expected, const char* name) {
+  EXPECT_NEAR((found - expected).length(), 0, kSmall) << name << ": " << found.x << ' ' << found.y << ' ' << found.z;
+}
+
+void addAt(KdDbMline& mline, int segment, int element, double along) {
+  CMlineEdit engine;
+  pick(engine, engine.segFirst, mline, 1, segment, element, along);
+  engine.add_OneVertex(&engine.segFirst);
+}
+
+void remove(KdDbMline& mline, int vertex) {
+  CMlineEdit engine;
+  pick(engine, engine.segFirst, mline, 1, 0, 0, 0);
+  engine.delete_OneVertex(&engine.segFirst, vertex);
+}
+
+const MlineSketch kSquare = {{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {0, 1}, true};
+
+TEST(AddVertex, KeepsGapsBeforeItAndDropsThoseBehind) {
+  const auto mline = makeMline({{{8, 8, 0}, {28, 8, 0}, {28, 28, 0}}, {0.5, 0, -0.5}});
+  const std::vector<double> behind = listOf(*mline, 1, 0);
+  setList(*mline, 0, 0, {0.5, 0, 3, 5, 12, 15});
+  setList(*mline, 0, 1, {0, 0, 6, 9});
+  setList(*mline, 0, 2, {-0.5, 2, 4, 8, 9});
+  ASSERT_EQ(SetNumArea(mline.get(), 2, 0, 1), 1);
+  addAt(*mline, 0, 0, 8);
+  ASSERT_EQ(mline->numVertices(), 4);
+  EXPECT_NEAR((mline->vertexAt(1) - KdGePoint3d{16, 8, 0}).length(), 0, kSmall);
+  expectNear(mline->axisAt(1), {1, 0, 0}, "axis");
+  expectNear(mline->miterAt(1), {0, 1, 0}, "miter");
+  const std::vector<double> end = {0.5, 0};
+  expectLists(*mline, 0, {{0.5, 0, 3, 5}, {0.5, 0}, behind, end}, "a gap on either side");
+  expectLists(*mline, 1, {{0, 0, 6}, {0, 0}, {0, 0}, {0, 0}}, "within a gap");
+  EXPECT_THAT(listOf(*mline, 0, 2), ElementsAre(-0.5, 2, 4)) << "a break at the vertex goes";
+  EXPECT_THAT(mline->segmentAt(0, 1)->areaFillParameters, ElementsAre(0, 0));
+  EXPECT_EQ(mline->segmentAt(1, 1)->areaFillParameters, mline->segmentAt(0, 1)->areaFillParameters);
+}
+
+TEST(AddVertex, OnTheClosingSegmentBecomesTheLast) {
+  const auto mline = makeMline(kSquare);
+  const ElementLists before = listsOf(*mline, 1);
+  addAt(*mline, 3, 0, 4);
+  ASSERT_EQ(mline->numVertices(), 5);
+  EXPECT_TRUE(mline->closedMline());
+  EXPECT_NEAR((mline->vertexAt(4) - KdGePoint3d{0, 6, 0}).length(), 0, kSmall);
+  expectNear(mline->axisAt(4), {0, -1, 0}, "axis");
+  expectNear(mline->miterAt(4), {1, 0, 0}, "miter");
+  expectLists(*mline, 1, {before[0], before[1], before[2], before[3], {1, 0}}, "lists");
+  expectNear(mline->miterAt(0), makeMline(kSquare)->miterAt(0), "vertex 0 keeps its miter");
+}
+
+TEST(AddVertex, IsRefusedWhereAnElementPassesOneAndOutside) {
+  const auto mline = makeMline({{{0, 0, 0}, {10, 0, 0}, {20, 0, 0}}, {0, 1}});
+  addAt(*mline, 0, 0, 0);
+  addAt(*mline, 1, 0, 0);
+  EXPECT_EQ(mline->numVertices(), 3) << "on a vertex";
+  CMlineEdit engine;
+  pick(engine, engine.segFirst, *mline, 1, 1, 0, 5);
+  for (const auto& [segment, element] : {std::pair(2, 0), {-1, 0}, {0, 2}, {0, -1}}) {
+    engine.segFirst.segment = segment;
+    engine.segFirst.element = element;
+    engine.add_OneVertex(&engine.segFirst);
+    EXPECT_EQ(engine.getDeleteVertexNumver(&engine.segFirst), -1);
+  }
+  engine.segFirst.mline = nullptr;
+  engine.add_OneVertex(&engine.segFirst);
+  engine.delete_OneVertex(&engine.segFirst, 1);
+  EXPECT_EQ(mline->numVertices(), 3) << "a pick that does not fit";
+}
+
+TEST(DeleteVertex, TakesTheNearerEndOfThePickedSegment) {
+  const auto mline = makeMline(kSquare);
+  struct Row {
+    int segment;
+    double along;
+    int vertex;
+  };
+  for (const Row& row : {Row{1, 2, 1}, {1, 8, 2}, {1, 5, 1}, {3, 2, 3}, {3, 8, 0}}) {
+    CMlineEdit engine;
+    pick(engine, engine.segFirst, *mline, 1, row.segment, 0, row.along);
+    EXPECT_EQ(engine.getDeleteVertexNumver(&engine.segFirst), row.vertex) << row.segment << " at " << row.along;
+  }
+}
+
+// A peak on a straight line: without it the line is straight, and the element below ends its bends.
+const MlineSketch kPeak = {{{-20, 0, 0}, {0, 0, 0}, {10, 10, 0}, {20, 0, 0}, {40, 0, 0}, {60, 0, 0}}, {0, -1}};
+
+TEST(DeleteVertex, DrawsTheJoinedSegmentWholeAndKeepsBreaksInPlace) {
+  struct Row {
+    const char* name;
+    std::vector<double> before, after;  // behind the offset, of the element below on the segment behind the joined one
+    double offset;
+  };
+  const Row rows[] = {
+      {"whole", {0}, {0}, -1},
+      {"a gap", {0, 5, 8}, {0, 5 - kTurned, 8 - kTurned}, -1},
+      {"nothing drawn", {}, {}, -1},
+      {"starts later, so its offset shifts", {2, 5}, {2, 5 - kTurned}, -1 - kTurned},
+  };
+  for (const Row& row : rows) {
+    const auto mline = makeMline(kPeak);
+    setList(*mline, 1, 1, {listOf(*mline, 1, 1)[0], 0, 3, 5});
+    setList(*mline, 2, 1, {listOf(*mline, 2, 1)[0]});
+    std::vector<double> behind = {listOf(*mline, 3, 1)[0]};
+    behind.insert(behind.end(), row.before.begin(), row.before.end());
+    setList(*mline, 3, 1, behind);
+    remove(*mline, 2);
+    ASSERT_EQ(mline->numVertices(), 5);
+    std::vector<double> after = {row.offset};
+    after.insert(after.end(), row.after.begin(), row.after.end());
+    expectLists(*mline, 1, {{-1, 0}, {-1, 0}, after, {-1, 0}, {-1, 0}}, row.name);
+    for (int v = 0; v < 5; ++v) {
+      expectNear(mline->axisAt(v), {1, 0, 0}, row.name);
+      expectNear(mline->miterAt(v), {0, 1, 0}, row.name);
+    }
+  }
+}
+
+TEST(DeleteVertex, RemovesEveryVertexOfAPath) {
+  // Steps: after the removal of a vertex the rest is the path without it, drawn anew.
+  const std::vector<KdGePoint3d> path = {{0, 0, 0}, {10, 0, 0}, {20, 0, 0}, {20, 10, 0}, {35, 10, 0}, {45, 10, 0}};
+  for (const bool isClosed : {false, true}) {
+    for (std::size_t n = 0; n < path.size(); ++n) {
+      const auto mline = makeMline({path, {0, 1}, isClosed});
+      std::vector<KdGePoint3d> rest = path;
+      rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(n));
+      const auto expected = makeMline({rest, {0, 1}, isClosed});
+      const bool isKept = isClosed && n + 1 == path.size();
+      const KdGeVector3d keptMiter = mline->miterAt(0);
+      remove(*mline, static_cast<int>(n));
+      const std::string name = (isClosed ? "closed, " : "open, ") + std::to_string(n);
+      ASSERT_EQ(mline->numVertices(), expected->numVertices()) << name;
+      for (int v = 0; v < mline->numVertices(); ++v) {
+        EXPECT_EQ((mline->vertexAt(v) - rest[static_cast<std::size_t>(v)]).length(), 0) << name;
+        expectNear(mline->axisAt(v), expected->axisAt(v), name.c_str());
+        if (isKept && v == 0) expectNear(mline->miterAt(v), keptMiter, name.c_str());
+        if (isKept && v == 0) continue;
+        expectNear(mline->miterAt(v), expected->miterAt(v), name.c_str());
+        EXPECT_NEAR(listOf(*mline, v, 1)[0], listOf(*expected, v, 1)[0], kSmall) << name << ", vertex " << v;
+      }
+    }
+  }
+}
+
+TEST(DeleteVertex, KeepsTheLeastNumberOfVertices) {
+  const auto line = makeMline({{{0, 0, 0}, {10, 0, 0}, {20, 5, 0}}, {0}});
+  for (const int outside : {-1, 3, 99}) remove(*line, outside);
+  EXPECT_EQ(line->numVertices(), 3);
+  for (int i = 0; i < 3; ++i) remove(*line, 1);
+  EXPECT_EQ(line->numVertices(), 2);
+  const auto square = makeMline(kSquare);
+  for (int i = 0; i < 3; ++i) remove(*square, 0);
+  EXPECT_EQ(square->numVertices(), 3);
+}
+
+TEST(Vertices, AddedAndDeletedAgainLeaveTheMultilineAsItWas) {
+  constexpr unsigned kSeed = 1203;
+  SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
+  std::mt19937 random(kSeed);
+  std::uniform_real_distribution<double> turn(-1, 1), length(15, 30), share(0.1, 0.9);
+  for (int round = 0; round < 300; ++round) {
+    MlineSketch sketch;
+    sketch.isClosed = round % 3 == 2;
+    const int segments = 1 + round % 7 + (sketch.isClosed ? 2 : 0);
+    const double size = round % 5 == 4 ? 1e-3 : 1, radius = 100;
+    double angle = turn(random) * 3;
+    for (int i = 0; i <= segments; ++i) {
+      const double reach = size * (radius + length(random));
+      angle += 6.28 / (segments + 1);
+      sketch.path.push_back({reach * std::cos(angle), reach * std::sin(angle), size * 7});
+    }
+    for (int e = 0; e <= round % 16; ++e) sketch.distances.push_back(size * 0.25 * (e - round % 4) * (round % 2 ? -1 : 1));
+    const auto mline = makeMline(sketch);
+    const auto before = makeMline(sketch);
+    const int last = sketch.isClosed ? segments : segments - 1;
+    const int segment = std::uniform_int_distribution<int>(0, last)(random);
+    const KdGeVector3d side = mline->vertexAt((segment + 1) % (segments + 1)) - mline->vertexAt(segment);
+    addAt(*mline, segment, round % static_cast<int>(sketch.distances.size()), side.length() * share(random));
+    ASSERT_EQ(mline->numVertices(), segments + 2) << "round " << round;
+    remove(*mline, segment + 1);
+    ASSERT_EQ(mline->numVertices(), segments + 1) << "round " << round;
+    for (int v = 0; v <= segments; ++v) {
+      for (int e = 0; e < static_cast<int>(sketch.distances.size()); ++e) {
+        const auto pointOf = [&](const KdDbMline& m) { return m.vertexAt(v) + m.miterAt(v) * listOf(m, v, e)[0]; };
+        EXPECT_NEAR((pointOf(*mline) - pointOf(*before)).length(), 0, 1e-9 * size * radius)
+            << "round " << round << " at " << v;
+        EXPECT_EQ(listOf(*mline, v, e).size(), 2u);
+        EXPECT_NEAR(listOf(*mline, v, e)[1], 0, 1e-12);
+      }
+      EXPECT_NEAR((mline->axisAt(v) - before->axisAt(v)).length(), 0, 1e-9);
+    }
+  }
+}
+
+class VertexRun : public ::testing::Test {
+ protected:
+  VertexRun() {
+    addTool(L"AV", &CMlineEdit::cmd_mledit_AddVertex);
+    addTool(L"DV", &CMlineEdit::cmd_mledit_DeleteVertex);
+  }
+
+  void addTool(const wchar_t* name, int (CMlineEdit::*tool)(KdModuleHandle)) {
+    torva::command::Command command;
+    command.group = L"TEST";
+    command.globalName = command.localName = name;
+    command.run = [tool] { (CMlineEdit().*tool)(nullptr); };
+    ASSERT_EQ(m_drawing.commands().add(command), KdStatus::ok);
+  }
+
+  static std::string pick(torva::dxf::Handle handle, double x, double y) { return Drawing::pick(handle, x, y); }
+
+  Drawing m_drawing;
+  torva::dxf::Handle m_wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}, {20, 20, 0}}, {0, -1}});
+};
+
+TEST_F(VertexRun, EditsOncePerPickAndUndoesTheLast) {
+  const auto before = m_drawing.listsOf(m_wall);
+  const auto line = m_drawing.add("LINE", "AcDbLine");
+  m_drawing.run("AV\n" + pick(line, 1, 1) + pick(m_wall, 5, 0) + pick(m_wall, 9, -1) + "undo\n\n");
+  EXPECT_EQ(m_drawing.listsOf(m_wall)[0].size(), 4u);
+  m_drawing.run("DV\n" + pick(m_wall, 4, 0) + "\n");
+  EXPECT_THAT(m_drawing.listsOf(m_wall)[1][1], Pointwise(DoubleNear(kSmall), before[1][1]));
+  const auto whole = m_drawing.listsOf(m_wall);
+  m_drawing.run("DV\n" + pick(m_wall, 18, 0) + "UNDO\n^C\n");
+  EXPECT_EQ(m_drawing.listsOf(m_wall), whole);
+  m_drawing.run("DV\n" + pick(m_wall, 18, 0) + pick(m_wall, 1, 0) + "\n");
+  EXPECT_EQ(m_drawing.listsOf(m_wall)[0].size(), 2u) << "the second is refused";
+  EXPECT_EQ(m_drawing.openCount(), 0u);
+  EXPECT_EQ(m_drawing.faults(), "");
+}
+
+}  // namespace

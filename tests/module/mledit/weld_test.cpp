@@ -1,0 +1,213 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "module/mledit/drawing.h"
+#include "module/mledit/engine.h"
+
+namespace {
+
+using ::testing::DoubleNear;
+using ::testing::ElementsAre;
+using ::testing::Pointwise;
+
+constexpr double kTolerance = 0.5;
+
+// Three segments of 20 units along x, one element 2 units to the left.
+std::unique_ptr<KdDbMline> makeStraight(const ElementLists& lists) {
+  auto mline = makeMline({{{0, 0, 0}, {20, 0, 0}, {40, 0, 0}, {60, 0, 0}}, {2}});
+  for (std::size_t v = 0; v < lists.size(); ++v) setList(*mline, static_cast<int>(v), 0, lists[v]);
+  return mline;
+}
+
+TEST(Weld, DrawsTheLineBetweenTwoPositions) {
+  struct Row {
+    const char* name;
+    ElementLists before;  // of vertices 0 to 2
+    int fromSegment;
+    double from;
+    int toSegment;
+    double to;
+    ElementLists after;
+  };
+  const std::vector<double> o = {2, 0};
+  const Row rows[] = {
+      {"one gap", {{2, 0, 5, 8, 12}, o, o}, 0, 3, 0, 10, {{2, 0, 12}, o, o}},
+      {"positions in reverse order", {{2, 0, 5, 8, 12}, o, o}, 0, 10, 0, 3, {{2, 0, 12}, o, o}},
+      {"two segments", {{2, 0, 5}, {2, 0, 5, 8, 12}, o}, 0, 3, 1, 10, {o, {2, 0, 12}, o}},
+      {"segments in reverse order", {{2, 0, 5}, {2, 0, 5, 8, 12}, o}, 1, 10, 0, 3, {o, {2, 0, 12}, o}},
+      {"a segment in between", {{2, 0, 3}, {2}, {2, 2}}, 0, 3, 2, 2, {o, o, o}},
+      {"breaks in between", {{2, 0, 3}, {2, 4, 6, 9}, {2, 2}}, 0, 3, 2, 2, {o, o, o}},
+      {"exactly at the breaks", {{2, 0, 3, 5}, o, o}, 0, 3, 0, 5, {o, o, o}},
+      {"near the breaks", {{2, 0, 3, 5}, o, o}, 0, 3.3, 0, 4.7, {o, o, o}},
+      {"from the very start", {{2, 3}, o, o}, 0, 0, 0, 3, {o, o, o}},
+      {"to the end of the segment", {{2, 0, 3}, o, o}, 0, 3, 0, 20, {o, o, o}},
+      {"into a gap of the same segment", {{2, 0, 5, 12, 15}, o, o}, 0, 3, 0, 8, {{2, 0, 12, 15}, o, o}},
+      {"into a gap of another segment", {o, {2, 0, 5, 8, 12}, o}, 0, 3, 1, 6.5, {o, {2, 8, 12}, o}},
+      {"starts where a segment ends", {{2, 0, 15}, {2, 5, 8}, o}, 0, 20, 1, 10, {{2, 0, 15}, o, o}},
+      {"starts where one of the second half ends", {o, {2, 0, 15}, {2, 5}}, 1, 20, 2, 10, {o, {2, 0, 15}, o}},
+      {"ends where a segment starts", {{2, 0, 5}, {2, 3}, o}, 0, 3, 1, 0, {o, {2, 3}, o}},
+      {"one position", {{2, 0, 3, 5}, o, o}, 0, 4, 0, 4, {{2, 0, 3, 5}, o, o}},
+      {"no parameters where it starts", {{}, {2, 5}, o}, 0, 4, 1, 7, {{}, {2, 5}, o}},
+      {"no parameters in between", {{2, 0, 3}, {}, {2, 2}}, 0, 3, 2, 2, {o, {}, o}},
+  };
+  for (const Row& row : rows) {
+    const auto mline = makeStraight(row.before);
+    CMlineEdit engine;
+    engine.spaceBetween = kTolerance;
+    pick(engine, engine.segFirst, *mline, 1, row.fromSegment, 0, row.from);
+    pick(engine, engine.segSecond, *mline, 1, row.toSegment, 0, row.to);
+    engine.Weld_Mongline(&engine.segFirst, &engine.segSecond);
+    for (int v = 0; v < 3; ++v) {
+      EXPECT_THAT(listOf(*mline, v, 0), Pointwise(DoubleNear(1e-12), row.after[static_cast<std::size_t>(v)]))
+          << row.name << ", vertex " << v;
+    }
+  }
+}
+
+TEST(Weld, TellsGapsFromDrawnStretches) {
+  const auto mline = makeStraight({{2, 1, 5, 8}});
+  CMlineEdit engine;
+  struct Row {
+    double along;
+    bool isInGap;
+  };
+  for (const Row& row : {Row{0.2, true}, {3, false}, {6, true}, {9, false}, {4.8, true}, {7.8, false}}) {
+    pick(engine, engine.segFirst, *mline, 1, 0, 0, row.along);
+    EXPECT_EQ(IsPositionCutPt(&engine.segFirst, true, kTolerance), row.isInGap) << row.along;
+    EXPECT_EQ(IsPositionCutPt(&engine.segFirst, false, kTolerance), !row.isInGap) << row.along;
+  }
+  EXPECT_FALSE(IsPositionCutPt(nullptr, true, kTolerance));
+  engine.segFirst.mline = nullptr;
+  EXPECT_FALSE(IsPositionCutPt(&engine.segFirst, false, kTolerance));
+}
+
+TEST(Weld, CarriesAPickOntoEveryElementFromWhereItWasMade) {
+  // A corner to the left: the inner element ends 3 units before the outer one's vertex.
+  const auto mline = makeMline({{{0, 0, 0}, {20, 0, 0}, {20, 20, 0}}, {0, 3}});
+  CMlineEdit engine;
+  CMlineSegment& seg = engine.segFirst;
+  pick(engine, seg, *mline, 1, 0, 0, 19);
+  seg.origSegment = 1;  // as a weld of another element leaves it
+  ASSERT_TRUE(engine.mappingToSpecifyMonglineForWeldAll(&seg, 1, nullptr));
+  EXPECT_EQ(seg.origSegment, 0);
+  EXPECT_THAT(seg.origPoint, ElementsAre(DoubleNear(17, 1e-12), DoubleNear(3, 1e-12), 0));
+  ASSERT_TRUE(engine.mappingToSpecifyMonglineForWeldAll(&seg, 0, nullptr));
+  EXPECT_THAT(seg.origPoint, ElementsAre(19, 0, 0));
+  EXPECT_FALSE(engine.mappingToSpecifyMonglineForWeldAll(&seg, 2, nullptr));
+  seg.segment = -1;
+  EXPECT_FALSE(engine.mappingToSpecifyMonglineForWeldAll(&seg, 0, nullptr));
+}
+
+class WeldRun : public ::testing::Test {
+ protected:
+  WeldRun() {
+    addTool(L"CA", &CMlineEdit::cmd_mledit_CutAll);
+    addTool(L"WA", &CMlineEdit::cmd_mledit_WeldAll);
+  }
+
+  void addTool(const wchar_t* name, int (CMlineEdit::*tool)(KdModuleHandle)) {
+    torva::command::Command command;
+    command.group = L"TEST";
+    command.globalName = command.localName = name;
+    command.run = [tool] { (CMlineEdit().*tool)(nullptr); };
+    ASSERT_EQ(m_drawing.commands().add(command), KdStatus::ok);
+  }
+
+  static std::string pick(torva::dxf::Handle handle, double x, double y) { return Drawing::pick(handle, x, y); }
+
+  Drawing m_drawing;
+};
+
+TEST_F(WeldRun, PicksInAGapAndBesideAnEndCount) {
+  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}, {20, 20, 0}}, {0, -1}});
+  m_drawing.edit(wall, [](KdDbMline& mline) {
+    setList(mline, 1, 0, {0, 0, 12});
+    setList(mline, 1, 1, {-1, 0, 13});
+  });
+  // The second pick lies past the end of the line.
+  m_drawing.run("WA\n" + pick(wall, 20, 12.3) + pick(wall, 20, 20.2) + "\n");
+  EXPECT_THAT(m_drawing.listsOf(wall)[0][1], ElementsAre(0, 0));
+  EXPECT_THAT(m_drawing.listsOf(wall)[1][1], ElementsAre(-1, 0));
+  EXPECT_EQ(m_drawing.faults(), "");
+}
+
+TEST_F(WeldRun, APickThatMeetsNoLineWeldsNothing) {
+  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}}, {0}});
+  m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
+  m_drawing.run("WA\n" + pick(wall, 3, 30) + pick(wall, 9, 0) + "\n");
+  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0, 5, 8));
+}
+
+TEST_F(WeldRun, ClosesWhatItOpenedHoweverItEnds) {
+  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}}, {0}});
+  const auto line = m_drawing.add("LINE", "AcDbLine");
+  for (const std::string& script : {pick(wall, 3, 0) + "^C\n", pick(line, 3, 0) + pick(line, 4, 0) + "\n", std::string("\n"),
+                                    pick(wall, 3, 0) + pick(line, 4, 0) + pick(wall, 5, 0) + "undo\n^C\n"}) {
+    m_drawing.run("WA\n" + script);
+    EXPECT_EQ(m_drawing.openCount(), 0u) << script;
+    EXPECT_EQ(m_drawing.faults(), "") << script;
+  }
+}
+
+TEST_F(WeldRun, UndoOpensTheGapAgain) {
+  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}}, {0}});
+  m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
+  m_drawing.run("WA\n" + pick(wall, 3, 0) + pick(wall, 9, 0) + "\n");
+  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0));
+  m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
+  m_drawing.run("WA\n" + pick(wall, 3, 0) + pick(wall, 9, 0) + "undo\n\n");
+  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0, 5, 8));
+}
+
+TEST_F(WeldRun, AfterACutBetweenTheSamePicksRestoresTheMultiline) {
+  constexpr unsigned kSeed = 903;
+  SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
+  std::mt19937 random(kSeed);
+  std::uniform_real_distribution<double> turn(-1, 1), length(15, 30), share(0.25, 0.75);
+  m_drawing.editor().view().set({0, 0, 0}, 20);  // a tolerance well below every gap
+  int rounds = 0, cuts = 0;
+  for (int round = 0; round < 150; ++round) {
+    MlineSketch sketch;
+    KdGePoint3d at{round % 3 * 1e4, 0, 0};
+    double angle = turn(random) * 3;
+    const int segments = 1 + round % 6;
+    for (int i = 0; i <= segments; ++i) {
+      sketch.path.push_back(at);
+      angle += turn(random);
+      const double step = length(random);
+      at = {at.x + step * std::cos(angle), at.y + step * std::sin(angle), 0};
+    }
+    for (int e = 0; e <= round % 16; ++e) sketch.distances.push_back(0.25 * (e - round % 4));
+    const auto wall = m_drawing.addMline(sketch);
+    if (round % 2) m_drawing.edit(wall, [](KdDbMline& mline) { ASSERT_EQ(mline.setNormal({0, 0, -1}), KdStatus::ok); });
+    const auto before = m_drawing.listsOf(wall);
+    std::uniform_int_distribution<std::size_t> segment(0, static_cast<std::size_t>(segments) - 1);
+    double alongPath = 0;
+    const auto onPath = [&] {
+      const std::size_t s = segment(random);
+      const KdGePoint3d a = sketch.path[s], b = sketch.path[s + 1];
+      const KdGeVector3d along = (b - a).normal(), left{-along.y, along.x, 0};
+      const double part = share(random);
+      const KdGePoint3d p = a + (b - a) * part + left * sketch.distances.front();
+      alongPath = static_cast<double>(s) + part - alongPath;
+      std::ostringstream text;
+      text.precision(17);
+      text << '#' << std::uppercase << std::hex << wall << ':' << p.x << ',' << p.y << '\n';
+      return text.str();
+    };
+    std::string picks = onPath();
+    picks += onPath();
+    // A gap shorter than the tolerance is not seen as one.
+    if (std::abs(alongPath) < 0.02) continue;
+    ++rounds;
+    m_drawing.run("CA\n" + picks + "\n");
+    cuts += m_drawing.listsOf(wall) != before;
+    m_drawing.run("WA\n" + picks + "\n");
+    EXPECT_EQ(m_drawing.listsOf(wall), before) << "round " << round << ' ' << picks;
+  }
+  EXPECT_GT(rounds, 130);
+  EXPECT_EQ(cuts, rounds);
+}
+
+}  // namespace
