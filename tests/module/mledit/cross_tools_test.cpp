@@ -4,6 +4,7 @@
 
 #include "module/mledit/drawing.h"
 #include "module/mledit/engine.h"
+#include "module/mledit/tool_run.h"
 
 namespace {
 
@@ -13,20 +14,12 @@ using ::testing::IsEmpty;
 constexpr double kHalfLength = 100;
 
 // Two multilines that cross in the middle of a segment each. Their elements lie one drawing unit apart, element 0 leftmost.
-class CrossTools : public ::testing::Test {
+class CrossTools : public ToolRun {
  protected:
   CrossTools() {
     addTool(L"CC", &CMlineEdit::cmd_mledit_ClosedCross);
     addTool(L"OC", &CMlineEdit::cmd_mledit_OpenCross);
     addTool(L"MC", &CMlineEdit::cmd_mledit_MergedCross);
-  }
-
-  void addTool(const wchar_t* name, int (CMlineEdit::*tool)(KdModuleHandle)) {
-    torva::command::Command command;
-    command.group = L"TEST";
-    command.globalName = command.localName = name;
-    command.run = [tool] { (CMlineEdit().*tool)(nullptr); };
-    ASSERT_EQ(m_drawing.commands().add(command), KdStatus::ok);
   }
 
   static std::vector<double> distances(int elements) {
@@ -44,7 +37,6 @@ class CrossTools : public ::testing::Test {
     return m_drawing.addMline({{at(center, angle, -kHalfLength), at(center, angle, kHalfLength)}, distances(elements)});
   }
 
-  static std::string pick(torva::dxf::Handle handle, double x, double y) { return Drawing::pick(handle, x, y); }
   // A pick on element 0 of a bar.
   std::string pickBar(torva::dxf::Handle handle, int elements, double angle, const KdGePoint3d& center = {}) {
     const KdGePoint3d point = at(center, angle, -50, (elements - 1) / 2.0);
@@ -72,8 +64,6 @@ class CrossTools : public ::testing::Test {
     }
     return ends;
   }
-
-  Drawing m_drawing;
 };
 
 bool isIn(const std::vector<KdGePoint3d>& points, const KdGePoint3d& point, double tolerance) {

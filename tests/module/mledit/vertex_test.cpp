@@ -4,6 +4,7 @@
 
 #include "module/mledit/drawing.h"
 #include "module/mledit/engine.h"
+#include "module/mledit/tool_run.h"
 
 namespace {
 
@@ -216,24 +217,13 @@ TEST(Vertices, AddedAndDeletedAgainLeaveTheMultilineAsItWas) {
   }
 }
 
-class VertexRun : public ::testing::Test {
+class VertexRun : public ToolRun {
  protected:
   VertexRun() {
     addTool(L"AV", &CMlineEdit::cmd_mledit_AddVertex);
     addTool(L"DV", &CMlineEdit::cmd_mledit_DeleteVertex);
   }
 
-  void addTool(const wchar_t* name, int (CMlineEdit::*tool)(KdModuleHandle)) {
-    torva::command::Command command;
-    command.group = L"TEST";
-    command.globalName = command.localName = name;
-    command.run = [tool] { (CMlineEdit().*tool)(nullptr); };
-    ASSERT_EQ(m_drawing.commands().add(command), KdStatus::ok);
-  }
-
-  static std::string pick(torva::dxf::Handle handle, double x, double y) { return Drawing::pick(handle, x, y); }
-
-  Drawing m_drawing;
   torva::dxf::Handle m_wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}, {20, 20, 0}}, {0, -1}});
 };
 

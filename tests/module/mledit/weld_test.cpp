@@ -4,6 +4,7 @@
 
 #include "module/mledit/drawing.h"
 #include "module/mledit/engine.h"
+#include "module/mledit/tool_run.h"
 
 namespace {
 
@@ -99,24 +100,12 @@ TEST(Weld, CarriesAPickOntoEveryElementFromWhereItWasMade) {
   EXPECT_FALSE(engine.mappingToSpecifyMonglineForWeldAll(&seg, 0, nullptr));
 }
 
-class WeldRun : public ::testing::Test {
+class WeldRun : public ToolRun {
  protected:
   WeldRun() {
     addTool(L"CA", &CMlineEdit::cmd_mledit_CutAll);
     addTool(L"WA", &CMlineEdit::cmd_mledit_WeldAll);
   }
-
-  void addTool(const wchar_t* name, int (CMlineEdit::*tool)(KdModuleHandle)) {
-    torva::command::Command command;
-    command.group = L"TEST";
-    command.globalName = command.localName = name;
-    command.run = [tool] { (CMlineEdit().*tool)(nullptr); };
-    ASSERT_EQ(m_drawing.commands().add(command), KdStatus::ok);
-  }
-
-  static std::string pick(torva::dxf::Handle handle, double x, double y) { return Drawing::pick(handle, x, y); }
-
-  Drawing m_drawing;
 };
 
 TEST_F(WeldRun, PicksInAGapAndBesideAnEndCount) {
