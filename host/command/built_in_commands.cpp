@@ -1,10 +1,15 @@
 #include "command/built_in_commands.h"
 
+#include "command/commands/circle_command.h"
 #include "command/commands/drawing_commands.h"
 #include "command/commands/help_command.h"
+#include "command/commands/layer_command.h"
+#include "command/commands/line_command.h"
 #include "command/commands/list_command.h"
+#include "command/commands/mline_command.h"
 #include "command/commands/plot_command.h"
 #include "command/commands/setvar_command.h"
+#include "command/commands/ucs_command.h"
 #include "command/commands/undo_commands.h"
 #include "command/commands/zoom_command.h"
 
@@ -19,9 +24,14 @@ struct BuiltIn {
 };
 
 constexpr BuiltIn kBuiltIns[] = {
+    {L"-LAYER", layerCommand},
     {L"?", helpCommand},
+    {L"CIRCLE", circleCommand},
     {L"HELP", helpCommand},
+    {L"LAYER", layerCommand},
+    {L"LINE", lineCommand},
     {L"LIST", listCommand},
+    {L"MLINE", mlineCommand},
     {L"NEW", newCommand, kIsNoUndoStep},
     {L"OPEN", openCommand, kIsNoUndoStep},
     {L"PLOT", plotCommand},
@@ -31,6 +41,7 @@ constexpr BuiltIn kBuiltIns[] = {
     {L"SAVEAS", saveasCommand, kIsNoUndoStep},
     {L"SETVAR", setvarCommand},
     {L"U", uCommand, kIsNoUndoStep},
+    {L"UCS", ucsCommand},
     {L"UNDO", undoCommand, kIsNoUndoStep},
     {L"ZOOM", zoomCommand},
 };

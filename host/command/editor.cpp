@@ -8,6 +8,7 @@
 #include "command/commands/setvar_command.h"
 #include "command/plotter_library.h"
 #include "command/session.h"
+#include "command/variable_access.h"
 
 namespace torva::command {
 
@@ -39,6 +40,7 @@ void Editor::setDatabase(std::unique_ptr<db::Database> database) {
   m_picker.reset();
   m_view.reset();
   m_session->userPlane.reset();
+  m_session->formerPlanes.clear();
   m_session->currentDatabase.reset();
   m_session->currentDatabase.emplace(*database);
   m_variables.setDrawing(database.get());
@@ -180,6 +182,28 @@ KdGePoint3d Editor::toUser(const KdGePoint3d& wcs) {
 
 const UserPlane& Editor::userPlane() {
   return m_session->userPlane.read(*m_database, m_variables);
+}
+
+Result<void> Editor::setUserPlane(const UserPlane& plane) {
+  const UserPlane former = userPlane();
+  if (auto written = exchangeUserPlane(plane); !written) return written;
+  m_session->formerPlanes.push_back(former);
+  return {};
+}
+
+Result<bool> Editor::restoreUserPlane() {
+  std::vector<UserPlane>& formers = m_session->formerPlanes;
+  if (formers.empty()) return false;
+  if (auto written = exchangeUserPlane(formers.back()); !written) return tl::unexpected(written.error());
+  formers.pop_back();
+  return true;
+}
+
+Result<void> Editor::exchangeUserPlane(const UserPlane& plane) {
+  const KdGePoint3d lastWcs = toWorld(variableOr(m_variables, L"LASTPOINT", KdGePoint3d()));
+  if (auto written = writeUserPlane(plane, *m_database, m_variables); !written) return written;
+  m_variables.setInternally(L"LASTPOINT", toUser(lastWcs));
+  return {};
 }
 
 Result<db::VariableValue> Editor::variable(std::wstring_view name) {

@@ -87,6 +87,8 @@ class TORVA_API Editor {
   int selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs);
   int getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
   int getReal(const std::wstring& prompt, double& value);
+  /// Asks for a number, or a point, which gives its distance from `baseUcs`.
+  int getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, double& value);
   int getInteger(const std::wstring& prompt, int& value);
   /// An answer that is an offered keyword ends with kKdInputKeyword here too.
   int getString(const std::wstring& prompt, Blanks blanks, std::wstring& text);
@@ -106,6 +108,12 @@ class TORVA_API Editor {
   KdGePoint3d toWorld(const KdGePoint3d& ucs);
   KdGePoint3d toUser(const KdGePoint3d& wcs);
   const UserPlane& userPlane();
+  /// Makes a plane the user coordinate system, apart from its elevation; LASTPOINT stays where it is in the drawing.
+  /// @return notApplicable when the drawing has no header to keep it in
+  Result<void> setUserPlane(const UserPlane& plane);
+  /// Brings the user coordinate system back that was there before the last setUserPlane() in this drawing, as often as there
+  /// is one. @return whether there was one
+  Result<bool> restoreUserPlane();
 
   /// Loads libtorva-gui.so on first need. @return libraryNotLoadable
   Result<Plotter*> plotter();
@@ -124,6 +132,7 @@ class TORVA_API Editor {
   int pickByHandle(std::uint64_t handle, KdDbObjectId& id);
   int pickByPoint(const KdGePoint3d& pointUcs, KdDbObjectId& id);
   int miss();
+  Result<void> exchangeUserPlane(const UserPlane& plane);
 
   CommandStack& m_commands;
   db::SystemVariables m_variables;

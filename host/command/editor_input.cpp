@@ -68,6 +68,17 @@ int Editor::getReal(const std::wstring& prompt, double& value) {
   return m_session->request(prompt, L"a number", Blanks::endAnswer, accept);
 }
 
+int Editor::getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, double& value) {
+  const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
+    auto distance = parseNumber(text);
+    if (const auto point = parsePoint(text, {baseUcs, userPlane().elevation})) distance = baseUcs.distanceTo(*point);
+    if (!distance || !accepted(*distance, flags)) return std::nullopt;
+    value = *distance;
+    return kKdInputNormal;
+  };
+  return m_session->request(prompt, L"a distance", Blanks::endAnswer, accept);
+}
+
 int Editor::getInteger(const std::wstring& prompt, int& value) {
   const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
     const auto number = parseInteger(utf8FromWide(text));

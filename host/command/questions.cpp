@@ -4,10 +4,16 @@
 
 namespace torva::command {
 
-bool isConfirmed(Editor& editor, const std::wstring& question) {
-  if (editor.initGet(kKdInitGetNone, L"Yes No") != kKdInputNormal) return false;
+Confirmation askConfirmation(Editor& editor, const std::wstring& question) {
+  if (editor.initGet(kKdInitGetNone, L"Yes No") != kKdInputNormal) return Confirmation::no;
   std::wstring answer;
-  return editor.getKeyword(question + L" [Yes/No] <No>: ", answer) == kKdInputNormal && answer == L"Yes";
+  const int status = editor.getKeyword(question + L" [Yes/No] <No>: ", answer);
+  if (status == kKdInputCancel) return Confirmation::cancelled;
+  return status == kKdInputNormal && answer == L"Yes" ? Confirmation::yes : Confirmation::no;
+}
+
+bool isConfirmed(Editor& editor, const std::wstring& question) {
+  return askConfirmation(editor, question) == Confirmation::yes;
 }
 
 }  // namespace torva::command

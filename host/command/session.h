@@ -43,6 +43,7 @@ class TORVA_INTERNAL Editor::Session {
 
   std::wstring lastKeyword;
   UserPlaneReader userPlane;
+  std::vector<UserPlane> formerPlanes;  // of this drawing, the last one at the end
   bool isQuitRequested = false;
   std::unique_ptr<Plotter> plotter;
   std::optional<Current<Editor>> currentEditor;

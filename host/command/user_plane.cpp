@@ -16,6 +16,13 @@ bool areAxes(const KdGeVector3d& x, const KdGeVector3d& y) {
          std::abs(x.dotProduct(y)) <= kAxisTolerance;
 }
 
+/// The direction square to both axes. That of a plane turned within the world's is the world's without rounding, so that
+/// what is drawn in it has the plain normal.
+KdGeVector3d zAxisOf(const KdGeVector3d& x, const KdGeVector3d& y) {
+  const KdGeVector3d z = x.crossProduct(y);
+  return z.x == 0 && z.y == 0 ? KdGeVector3d{0, 0, std::copysign(1.0, z.z)} : z.normal();
+}
+
 UserPlane planeOf(const db::SystemVariables& variables) {
   const KdGePoint3d zero;
   UserPlane plane;
@@ -26,7 +33,7 @@ UserPlane planeOf(const db::SystemVariables& variables) {
   if (!areAxes(x, y)) return plane;
   plane.x = x;
   plane.y = y;
-  plane.z = x.crossProduct(y);
+  plane.z = zAxisOf(x, y);
   return plane;
 }
 
@@ -35,6 +42,22 @@ UserPlane planeOf(const db::SystemVariables& variables) {
 KdGePoint3d UserPlane::toUser(const KdGePoint3d& wcs) const {
   const KdGeVector3d offset = wcs - origin;
   return {offset.dotProduct(x), offset.dotProduct(y), offset.dotProduct(z)};
+}
+
+Result<void> writeUserPlane(const UserPlane& plane, db::Database& drawing, db::SystemVariables& variables) {
+  if (drawing.file().section("HEADER") == dxf::kNoRecord) {
+    return fail(ErrorCode::notApplicable, "the drawing has no header to keep a user coordinate system in");
+  }
+  const KdGePoint3d zero;
+  variables.setInternally(L"UCSORG", plane.origin);
+  variables.setInternally(L"UCSXDIR", zero + plane.x);
+  variables.setInternally(L"UCSYDIR", zero + plane.y);
+  const auto name = drawing.file().headerVariable("$UCSNAME");
+  if (name.empty() || name.front().value.empty()) return {};
+  dxf::RecordBuilder noName(drawing.file());
+  noName.text(2, L"");
+  drawing.setHeaderVariable("$UCSNAME", noName.take());
+  return {};
 }
 
 const UserPlane& UserPlaneReader::read(const db::Database& drawing, const db::SystemVariables& variables) {

@@ -19,6 +19,10 @@ struct UserPlane {
   KdGePoint3d toUser(const KdGePoint3d& wcs) const;
 };
 
+/// Makes a plane the drawing's user coordinate system; its elevation is not looked at. The name of a former one goes.
+/// @return notApplicable when the drawing has no header
+Result<void> writeUserPlane(const UserPlane& plane, db::Database& drawing, db::SystemVariables& variables);
+
 /// Reads the user plane from the drawing's variables and keeps it until the drawing's header changes: points come by the
 /// thousand, and each look into the header costs.
 class UserPlaneReader {

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "db/database.h"
 #include "db/dictionary_imp.h"
+#include "db/new_entity.h"
 #include "db/record_groups.h"
 #include "db/structure.h"
 #include "db/symbol_imp.h"
@@ -90,20 +91,24 @@ const std::vector<dxf::RecordId>& Database::symbols(dxf::RecordType table) const
   return m_structure->symbols(table);
 }
 
+const std::vector<DictionaryEntry>& Database::dictionary(dxf::RecordId record, std::vector<DictionaryEntry>& storage) const {
+  const KdDbObject* object = loaded(record);
+  if (object && object->isKindOf(KdDbDictionary::desc())) {
+    return static_cast<const KdDbDictionaryImp*>(KdDbSystemInternals::getImpObject(object))->entries();
+  }
+  storage.clear();
+  if (!object) storage = readDictionary(m_file, m_file.groups(record));
+  return storage;
+}
+
 dxf::RecordId Database::findInDictionary(std::span<const std::wstring_view> path) const {
   dxf::RecordId record = m_structure->rootDictionary();
   for (const std::wstring_view name : path) {
     if (record == dxf::kNoRecord) return record;
     std::vector<DictionaryEntry> storage;
-    const std::vector<DictionaryEntry>* entries = &storage;
-    if (const KdDbObject* object = loaded(record)) {
-      if (!object->isKindOf(KdDbDictionary::desc())) return dxf::kNoRecord;
-      entries = &static_cast<const KdDbDictionaryImp*>(KdDbSystemInternals::getImpObject(object))->entries();
-    } else {
-      storage = readDictionary(m_file, m_file.groups(record));
-    }
-    const auto found = findEntry(*entries, name);
-    if (found == entries->end()) return dxf::kNoRecord;
+    const std::vector<DictionaryEntry>& entries = dictionary(record, storage);
+    const auto found = findEntry(entries, name);
+    if (found == entries.end()) return dxf::kNoRecord;
     record = m_file.find(found->handle);
     if (record != dxf::kNoRecord && m_file.isErased(record)) return dxf::kNoRecord;
   }
@@ -168,6 +173,37 @@ void Database::forEachBlockEntity(dxf::RecordId block, const std::function<void(
   }
 }
 
+bool Database::isPaperSpaceAmongEntities(dxf::RecordId block) const {
+  return isPaperSpaceName(blockName(block));
+}
+
+dxf::RecordId Database::appendToModelSpace(std::string bytes) {
+  const dxf::RecordId last = m_structure->lastOf("ENTITIES");
+  return last == dxf::kNoRecord ? last : insert(last, std::move(bytes));
+}
+
+dxf::RecordId Database::appendToBlock(dxf::RecordId block, std::string bytes) {
+  const std::wstring name = blockName(block);
+  if (isModelSpaceName(name) || isPaperSpaceName(name)) return appendToModelSpace(std::move(bytes));
+  const dxf::RecordId head = findBlock(name);
+  return head == dxf::kNoRecord ? head : insert(m_structure->lastOfBlock(head), std::move(bytes));
+}
+
+dxf::RecordId Database::appendToTable(dxf::RecordId table, std::string bytes) {
+  dxf::RecordId last = table;
+  for (dxf::RecordId record = m_file.next(table); record != dxf::kNoRecord; record = m_file.next(record)) {
+    const dxf::RecordType type = m_file.type(record);
+    if (type == dxf::RecordType::endtab || type == dxf::RecordType::table || endsEntities(type)) break;
+    if (record < m_file.originalCount()) last = record;
+  }
+  return insert(last, std::move(bytes));
+}
+
+dxf::RecordId Database::appendToObjects(std::string bytes) {
+  const dxf::RecordId last = m_structure->lastOf("OBJECTS");
+  return last == dxf::kNoRecord ? last : insert(last, std::move(bytes));
+}
+
 std::unique_ptr<KdDbObject> Database::makeObject(dxf::RecordId record) const {
   using enum dxf::RecordType;
   using Internals = KdDbSystemInternals;
@@ -210,8 +246,7 @@ std::unique_ptr<KdDbObject> Database::makeObject(dxf::RecordId record) const {
 
 KdStatus Database::adoptObject(KdDbObject& object, dxf::RecordId dictionary) {
   if (!object.isKindOf(KdDbMlineStyle::desc())) return KdStatus::wrongClass;
-  const dxf::RecordId last = m_structure->lastOf("OBJECTS");
-  if (last == dxf::kNoRecord) return KdStatus::notApplicable;
+  if (m_file.section("OBJECTS") == dxf::kNoRecord) return KdStatus::notApplicable;
   const dxf::Handle owner = m_file.handle(dictionary);
   dxf::RecordBuilder bytes(m_file);
   bytes.name(0, "MLINESTYLE");
@@ -221,26 +256,20 @@ KdStatus Database::adoptObject(KdDbObject& object, dxf::RecordId dictionary) {
   bytes.name(102, "}");
   bytes.handle(330, owner);
   bytes.name(100, "AcDbMlineStyle");
-  adopt(object, insert(last, bytes.take()));
+  adopt(object, appendToObjects(bytes.take()));
   return KdStatus::ok;
 }
 
 KdStatus Database::adoptEntity(KdDbEntity& entity, dxf::RecordId block) {
   if (!entity.isKindOf(KdDbMline::desc())) return KdStatus::wrongClass;
-  const std::wstring name = blockName(block);
-  const bool isPaperSpace = isPaperSpaceName(name);
-  const bool isInEntities = isPaperSpace || isModelSpaceName(name);
-  const dxf::RecordId head = isInEntities ? m_file.section("ENTITIES") : findBlock(name);
-  if (m_file.version() == dxf::Version::r12 || head == dxf::kNoRecord) return KdStatus::notApplicable;
-  dxf::RecordBuilder bytes(m_file);
-  bytes.name(0, "MLINE");
-  bytes.handle(5, m_file.newHandle());
-  if (const dxf::Handle owner = m_file.handle(block); owner != 0) bytes.handle(330, owner);
-  bytes.name(100, "AcDbEntity");
-  if (isPaperSpace) bytes.integer(67, 1);
-  bytes.text(8, KdDbSystemInternals::getImpObject(&entity)->layerName());
-  bytes.name(100, "AcDbMline");
-  adopt(entity, insert(isInEntities ? m_structure->lastOf("ENTITIES") : m_structure->lastOfBlock(head), bytes.take()));
+  if (m_file.version() == dxf::Version::r12) return KdStatus::notApplicable;
+  EntityProperties properties;
+  properties.layer = KdDbSystemInternals::getImpObject(&entity)->layerName();
+  NewEntity head(*this, block, "MLINE", properties);
+  head.beginPart("AcDbMline");
+  const auto record = head.append();
+  if (!record) return KdStatus::notApplicable;
+  adopt(entity, *record);
   return KdStatus::ok;
 }
 

@@ -218,9 +218,12 @@ void Database::adopt(KdDbObject& object, dxf::RecordId record) {
   (void)imp.open(KdOpenMode::forWrite);
 }
 
-dxf::RecordId Database::appendToModelSpace(std::string bytes) {
-  const dxf::RecordId last = m_structure->lastOf("ENTITIES");
-  return last == dxf::kNoRecord ? last : insert(last, std::move(bytes));
+void Database::setBytes(dxf::RecordId record, std::string bytes) {
+  m_undo->keep(m_file, record);
+  m_file.setBytes(record, std::move(bytes));
+  forgetNeedlessChange(record);
+  if (const KdDbObject* object = loaded(record)) KdDbSystemInternals::getImpObject(object)->read();
+  noteChanged(record);
 }
 
 bool Database::setHeaderVariable(std::string_view name, std::string_view groups) {
@@ -228,12 +231,16 @@ bool Database::setHeaderVariable(std::string_view name, std::string_view groups)
   if (header == dxf::kNoRecord) return false;
   m_undo->keep(m_file, header);
   if (!m_file.setHeaderVariable(name, groups)) return false;
-  // A variable set for a while and set back leaves no trace, even where its text in the file was of another form.
-  dxf::RecordState now = m_file.state(header);
-  m_file.setState(header, {});
-  const bool isAsInFile = now.bytes && saySame(m_file.groups(header), m_file.groupsOf(*now.bytes));
-  if (!isAsInFile) m_file.setState(header, std::move(now));
+  forgetNeedlessChange(header);
+  m_changes.push_back(header);
   return true;
+}
+
+void Database::forgetNeedlessChange(dxf::RecordId record) {
+  dxf::RecordState now = m_file.state(record);
+  m_file.setState(record, {std::nullopt, now.isErased});
+  const bool isNeedless = now.bytes && saySame(m_file.groups(record), m_file.groupsOf(*now.bytes));
+  if (!isNeedless) m_file.setState(record, std::move(now));
 }
 
 Result<void> Database::save(const std::string& path, const dxf::SaveOptions& options) {

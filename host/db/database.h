@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "db/dictionary_data.h"
 #include "db/mline_data.h"
 #include "db/mline_style_data.h"
 #include "dxf/drawing_file.h"
@@ -103,11 +104,26 @@ class Database final : public KdDbDatabase {
   const std::vector<dxf::RecordId>& symbols(dxf::RecordType table) const;
   /// Dictionary entries by path from the root ("ACAD_MLINESTYLE", "STANDARD"); kNoRecord when one is missing.
   dxf::RecordId findInDictionary(std::span<const std::wstring_view> path) const;
+  /// The entries of a dictionary as they stand now: of the object when one was made, else read from the record into
+  /// `storage`. None for another record.
+  const std::vector<DictionaryEntry>& dictionary(dxf::RecordId record, std::vector<DictionaryEntry>& storage) const;
 
-  /// Appends an entity (bytes of a whole record, handle and owner groups included by the caller) to model space.
-  /// @return kNoRecord when the drawing has no section for it
+  /// Appends an entity (bytes of a whole record, handle and owner groups included by the caller) to model space, or to the
+  /// block that `block` stands for (see forEachModelSpaceEntity()). NewEntity puts such records together.
+  /// @return kNoRecord when the drawing has no place for it
   dxf::RecordId appendToModelSpace(std::string bytes);
+  dxf::RecordId appendToBlock(dxf::RecordId block, std::string bytes);
+  /// The same for a symbol, behind the last one of a table, and for an object (kNoRecord without OBJECTS section).
+  dxf::RecordId appendToTable(dxf::RecordId table, std::string bytes);
+  dxf::RecordId appendToObjects(std::string bytes);
+  /// Replaces the bytes of a record, to be taken back with the running step. Bytes that say the same as the file has the
+  /// file's bytes again. Requires: the record is no multiline, multiline style or dictionary.
+  void setBytes(dxf::RecordId record, std::string bytes);
+  /// Erases a record or brings it back, with the parts of the entity that follow it (VERTEX, ATTRIB, SEQEND).
+  void setErased(dxf::RecordId record, bool isErased);
 
+  /// Whether `block` is the paper space whose entities stand among those of model space, marked by group 67.
+  bool isPaperSpaceAmongEntities(dxf::RecordId block) const;
   /// Name of the block that a record stands for (see forEachBlockEntity()); empty when it stands for none.
   std::wstring blockName(dxf::RecordId block) const;
   /// All blocks, model space and paper spaces included. Drawings older than R13 have no BLOCK_RECORDs: there the SECTION
@@ -142,7 +158,6 @@ class Database final : public KdDbDatabase {
   void noteClosed(dxf::RecordId record);
   void noteDirty(dxf::RecordId record);
   void noteChanged(dxf::RecordId record);
-  void setErased(dxf::RecordId record, bool isErased);
   /// Takes a style into the drawing, owned by a dictionary, or a multiline into a block. The statuses are those of
   /// KdDbDictionary::setAt() and KdDbBlockTableRecord::appendEntity().
   KdStatus adoptObject(KdDbObject& object, dxf::RecordId dictionary);
@@ -155,6 +170,8 @@ class Database final : public KdDbDatabase {
   void adopt(KdDbObject& object, dxf::RecordId record);
   void write(dxf::RecordId record);
   void exchange(dxf::RecordId record, dxf::RecordState& state);
+  /// What was changed for a while and changed back leaves no trace, even where its text in the file was of another form.
+  void forgetNeedlessChange(dxf::RecordId record);
   dxf::RecordId modelSpace() const;
   dxf::RecordId blockTable() const;
   void forEachEntityOf(Space space, const std::function<void(dxf::RecordId)>& visit) const;

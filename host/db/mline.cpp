@@ -3,28 +3,20 @@
 #include <cmath>
 
 #include "base/numbers.h"
-#include "base/text.h"
 #include "db/database.h"
 #include "db/mline_groups.h"
 #include "db/mline_imp.h"
+#include "db/mline_styles.h"
+#include "db/new_entity.h"
 #include "db/record_groups.h"
 
 namespace torva::db {
 
 namespace {
 
-constexpr std::wstring_view kStyleDictionary = L"ACAD_MLINESTYLE";
-constexpr std::wstring_view kStandardStyle = L"STANDARD";
-
 template <class Triple>
 bool isFinite(const Triple& triple) {
   return std::isfinite(triple.x) && std::isfinite(triple.y) && std::isfinite(triple.z);
-}
-
-dxf::RecordId findStyle(const Database& database, std::wstring_view name) {
-  const std::array path = {kStyleDictionary, name};
-  const dxf::RecordId record = database.findInDictionary(path);
-  return record != dxf::kNoRecord && database.file().type(record) == dxf::RecordType::mlineStyle ? record : dxf::kNoRecord;
 }
 
 }  // namespace
@@ -37,13 +29,7 @@ void MlineImp::enter() {
   m_data.styleHandle = found == dxf::kNoRecord ? 0 : file().handle(found);
   if (found != dxf::kNoRecord && m_data.styleName.empty()) m_data.styleName = database()->mlineStyle(found).name;
 
-  EntityProperties fitting = properties();
-  const bool hasLinetype = equalsIgnoringCase(fitting.linetype, L"BYLAYER") ||
-                           equalsIgnoringCase(fitting.linetype, L"BYBLOCK") ||
-                           database()->findSymbol(dxf::RecordType::ltype, fitting.linetype) != dxf::kNoRecord;
-  if (!hasLinetype) fitting.linetype = EntityProperties().linetype;
-  if (database()->findSymbol(dxf::RecordType::layer, fitting.layer) == dxf::kNoRecord)
-    fitting.layer = EntityProperties().layer;
+  const EntityProperties fitting = fittingProperties(*database(), properties());
   if (fitting != properties()) m_newProperties = fitting;
 }
 
@@ -74,6 +60,11 @@ EntityProperties MlineImp::properties() const {
   return database() ? readEntityProperties(file(), record()) : EntityProperties();
 }
 
+void MlineImp::setProperties(EntityProperties properties) {
+  touch();
+  m_newProperties = std::move(properties);
+}
+
 void MlineImp::copyFrom(const MlineImp& source) {
   const std::uint32_t from = source.database() ? source.database()->serial() : source.m_origin;
   MlineData& data = change();
@@ -94,8 +85,8 @@ dxf::RecordId MlineImp::style() const {
       return record;
     }
   }
-  const dxf::RecordId named = findStyle(*database, m_data.styleName);
-  return named != dxf::kNoRecord ? named : findStyle(*database, kStandardStyle);
+  const dxf::RecordId named = findMlineStyle(*database, m_data.styleName);
+  return named != dxf::kNoRecord ? named : findMlineStyle(*database, kStandardMlineStyle);
 }
 
 MlineShape MlineImp::shape() const {

@@ -43,8 +43,11 @@ KdGeVector3d turned(const KdGeVector3d& direction, double angleRad, const KdGeVe
 }
 
 double alongMiter(double distance, const MlineVertex& vertex, const KdGeVector3d& normal) {
-  const double sine = vertex.miter.dotProduct(leftOf(vertex.axis, normal));
-  return distance / (std::abs(sine) < kLeastMiterSine ? std::copysign(kLeastMiterSine, sine) : sine);
+  const KdGeVector3d left = leftOf(vertex.axis, normal);
+  // Exactly 1 for the square miter, although no unit vector is exactly one long.
+  const double sine = vertex.miter.dotProduct(left) / left.dotProduct(left);
+  const double along = distance / (std::abs(sine) < kLeastMiterSine ? std::copysign(kLeastMiterSine, sine) : sine);
+  return along + 0.0;  // a zero has no sign
 }
 
 class Path {

@@ -21,6 +21,8 @@ class MlineImp final : public KdDbObjectImp, public KdDbMlineImp {
   /// The data for a change; touches the object. Requires: it is writable.
   MlineData& change();
   EntityProperties properties() const;
+  /// Requires: it is writable.
+  void setProperties(EntityProperties properties);
   void copyFrom(const MlineImp& source);
 
   /// The record of the style, found by handle, by name, or STANDARD; kNoRecord when none exists.

@@ -1,6 +1,6 @@
 #include "base/text.h"
-#include "db/color_groups.h"
 #include "db/database.h"
+#include "db/layers.h"
 #include "db/record_groups.h"
 #include "db/symbol_imp.h"
 
@@ -90,10 +90,9 @@ RecordId findErasedSymbol(const Database& database, RecordId table, const std::w
   return kNoRecord;
 }
 
-std::int64_t integerOf(const KdDbObject& object, int code, std::int64_t missing) {
+torva::db::LayerData layerOf(const KdDbObject& object) {
   const KdDbObjectImp& imp = impOf<KdDbObjectImp>(object);
-  const auto group = torva::db::firstGroup(imp.file().groups(imp.record()), code);
-  return group ? group->integerOr(missing) : missing;
+  return torva::db::readLayer(imp.file(), imp.record());
 }
 
 class BlockEntities final : public KdDbBlockTableRecordIterator {
@@ -170,29 +169,21 @@ KdStatus KdDbSymbolTable::getAt(const std::wstring& name, KdDbObjectId& id, bool
 }
 
 bool KdDbLayerTableRecord::isOff() const {
-  return integerOf(*this, 62, 7) < 0;
+  return layerOf(*this).isOff;
 }
 bool KdDbLayerTableRecord::isFrozen() const {
-  return integerOf(*this, 70, 0) & 1;
+  return layerOf(*this).isFrozen;
 }
 bool KdDbLayerTableRecord::isLocked() const {
-  return integerOf(*this, 70, 0) & 4;
+  return layerOf(*this).isLocked;
 }
-
 KdCmColor KdDbLayerTableRecord::color() const {
-  constexpr int kWhite = 7;
-  const auto& imp = impOf<torva::db::SymbolImp>(*this);
-  torva::db::ColorGroups groups;
-  for (const torva::dxf::Group& group : imp.file().groups(imp.record())) {
-    if (torva::db::ColorGroups::isColorCode(group.code)) groups.take(imp.file(), group);
-  }
-  return groups.color(kWhite);
+  return layerOf(*this).color;
 }
 
 KdDbObjectId KdDbLayerTableRecord::linetypeId() const {
-  const auto& imp = impOf<torva::db::SymbolImp>(*this);
-  const std::wstring name = torva::db::firstText(imp.file(), imp.record(), 6);
-  return imp.database()->idOf(imp.database()->findSymbol(RecordType::ltype, name));
+  const Database& database = databaseOf(*this);
+  return database.idOf(database.findSymbol(RecordType::ltype, layerOf(*this).linetype));
 }
 
 int KdDbLinetypeTableRecord::numDashes() const {

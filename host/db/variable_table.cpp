@@ -27,6 +27,7 @@ const std::vector<VariableInfo>& table() {
       {L"CECOLOR", kDrawing, kOpen, Text(L"BYLAYER"), "$CECOLOR", 62},
       {L"CELTSCALE", kDrawing, kOpen, 1.0, "$CELTSCALE", 40, kLeastPositive, kLargest},
       {L"CELTYPE", kDrawing, kOpen, Text(L"BYLAYER"), "$CELTYPE", 6, 0, 0, VariableNames::linetype},
+      {L"CELWEIGHT", kDrawing, kOpen, -1, "$CELWEIGHT", 370, -3, 211},
       {L"CLAYER", kDrawing, kOpen, Text(L"0"), "$CLAYER", 8, 0, 0, VariableNames::layer},
       {L"CMDECHO", kSession, kOpen, 1, "", 0, 0, 1},
       {L"CMLJUST", kDrawing, kOpen, 0, "$CMLJUST", 70, 0, 2},

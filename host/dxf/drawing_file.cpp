@@ -219,6 +219,12 @@ std::string DrawingFile::encode(std::wstring_view text) const {
   return m_imp->m_drawing.codec.encode(text);
 }
 
+bool DrawingFile::usesHandles() const {
+  if (version() >= Version::r13) return true;
+  const std::vector<Group> handling = headerVariable("$HANDLING");
+  return handling.empty() ? m_imp->m_drawing.handles.highest() != 0 : handling.front().integerOr(0) != 0;
+}
+
 Handle DrawingFile::newHandle() {
   m_imp->m_hasGivenHandles = true;
   return m_imp->m_nextHandle++;
@@ -324,7 +330,7 @@ Result<void> DrawingFile::save(const std::string& path, const SaveOptions& optio
     }
   }
   const bool hasHandles = version() >= Version::r13 || !headerVariable("$HANDSEED").empty();
-  if (m_imp->m_hasGivenHandles && hasHandles) {
+  if (m_imp->m_hasGivenHandles && m_imp->m_edits.hasInserted() && hasHandles) {
     RecordBuilder builder(*this);
     builder.handle(5, m_imp->m_nextHandle);
     setHeaderVariable("$HANDSEED", builder.take());

@@ -88,6 +88,8 @@ class DrawingFile {
   std::wstring decode(std::string_view value) const;
   std::string encode(std::wstring_view text) const;
 
+  /// Whether records have handles: in drawings older than R13 not all do.
+  bool usesHandles() const;
   /// A handle that no record has and that will not be given out again.
   Handle newHandle();
 

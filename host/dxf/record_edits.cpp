@@ -25,8 +25,7 @@ void RecordEdits::setState(RecordId id, RecordState state) {
 
 bool RecordEdits::isAnyChanged() const {
   // An inserted record that is erased has a state of its own, and leaves the drawing as it was.
-  const bool areAllInsertedErased = m_erasedInserted == m_inserted.size();
-  return !areAllInsertedErased || m_states.size() != m_erasedInserted;
+  return hasInserted() || m_states.size() != m_erasedInserted;
 }
 
 RecordId RecordEdits::insertAfter(RecordId previous, InsertedRecord record) {

@@ -44,6 +44,9 @@ class RecordEdits {
   /// Whether any record differs from the file that was opened.
   bool isAnyChanged() const;
 
+  /// Whether there is an inserted record that is not erased.
+  bool hasInserted() const { return m_erasedInserted != m_inserted.size(); }
+
   /// `record` needs bytes, type and handle; its place is behind `previous` and what was inserted behind that before.
   RecordId insertAfter(RecordId previous, InsertedRecord record);
   /// The first inserted record with a handle; kNoRecord when there is none.

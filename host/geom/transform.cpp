@@ -60,6 +60,12 @@ bool Transform::isIdentity() const {
   return isSame(x, 1, 0, 0) && isSame(y, 0, 1, 0) && isSame(z, 0, 0, 1) && origin.x == 0 && origin.y == 0 && origin.z == 0;
 }
 
+KdGePoint3d toExtrusion(const KdGePoint3d& wcs, const KdGeVector3d& extrusion) {
+  const Transform system = Transform::fromExtrusion(extrusion);
+  const KdGeVector3d offset = wcs - KdGePoint3d();
+  return {offset.dotProduct(system.x), offset.dotProduct(system.y), offset.dotProduct(system.z)};
+}
+
 bool isFinite(const KdGePoint3d& p) {
   return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }

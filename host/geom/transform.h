@@ -29,6 +29,9 @@ struct Transform {
   bool isIdentity() const;
 };
 
+/// A point of the world in the coordinate system that an extrusion direction stands for: what fromExtrusion() takes back.
+KdGePoint3d toExtrusion(const KdGePoint3d& wcs, const KdGeVector3d& extrusion);
+
 /// Whether all coordinates are finite numbers.
 bool isFinite(const KdGePoint3d& p);
 bool isFinite(const KdGeVector3d& v);

@@ -1,0 +1,78 @@
+#include "db/mline_styles.h"
+
+#include <array>
+
+#include "db/database.h"
+#include "db/dictionary_imp.h"
+#include "db/opened.h"
+
+#include <kdrx/db_mline_style.h>
+
+namespace torva::db {
+
+namespace {
+
+constexpr std::wstring_view kStyleDictionary = L"ACAD_MLINESTYLE";
+
+/// Makes an empty dictionary under a name of the root dictionary.
+void addDictionary(Database& database, KdDbDictionary& root, std::wstring_view name) {
+  const dxf::Handle handle = database.file().newHandle();
+  dxf::RecordBuilder bytes(database.file());
+  bytes.name(0, "DICTIONARY");
+  bytes.handle(5, handle);
+  bytes.name(102, "{ACAD_REACTORS");
+  bytes.handle(330, root.handle());
+  bytes.name(102, "}");
+  bytes.handle(330, root.handle());
+  bytes.name(100, "AcDbDictionary");
+  if (database.file().version() >= dxf::Version::r2000) bytes.integer(281, 1);
+  database.appendToObjects(bytes.take());
+  static_cast<KdDbDictionaryImp*>(KdDbSystemInternals::getImpObject(&root))
+      ->change()
+      .push_back({std::wstring(name), handle});
+}
+
+KdDbObjectId styleDictionary(const Database& database) {
+  return database.idOf(database.findInDictionary(std::array{kStyleDictionary}));
+}
+
+}  // namespace
+
+dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name) {
+  const dxf::RecordId record = database.findInDictionary(std::array{kStyleDictionary, name});
+  return record != dxf::kNoRecord && database.file().type(record) == dxf::RecordType::mlineStyle ? record : dxf::kNoRecord;
+}
+
+std::vector<std::wstring> mlineStyleNames(const Database& database) {
+  std::vector<std::wstring> names;
+  const dxf::RecordId record = database.recordOf(styleDictionary(database));
+  if (record == dxf::kNoRecord) return names;
+  std::vector<DictionaryEntry> storage;
+  for (const DictionaryEntry& entry : database.dictionary(record, storage)) {
+    if (findMlineStyle(database, entry.name) != dxf::kNoRecord) names.push_back(entry.name);
+  }
+  return names;
+}
+
+Result<dxf::RecordId> makeStandardMlineStyle(Database& database) {
+  constexpr double kHalfWidth = 0.5;
+  if (const dxf::RecordId style = findMlineStyle(database, kStandardMlineStyle); style != dxf::kNoRecord) return style;
+  if (styleDictionary(database).isNull()) {
+    const Opened<KdDbDictionary> root(database, database.namedObjectsDictionaryId(), KdOpenMode::forWrite);
+    if (!root) return fail(ErrorCode::notApplicable, "the drawing has no place for multiline styles");
+    addDictionary(database, *root, kStyleDictionary);
+  }
+  const Opened<KdDbDictionary> styles(database, styleDictionary(database), KdOpenMode::forWrite);
+  auto style = std::make_unique<KdDbMlineStyle>();
+  KdDbObjectId id;
+  int index = 0;
+  const std::wstring name(kStandardMlineStyle);
+  const bool isMade =
+      styles && style->setName(name) == KdStatus::ok && style->addElement(index, kHalfWidth, {}, {}) == KdStatus::ok &&
+      style->addElement(index, -kHalfWidth, {}, {}) == KdStatus::ok && styles->setAt(name, style.get(), id) == KdStatus::ok;
+  if (!isMade) return fail(ErrorCode::notApplicable, "the drawing's multiline styles cannot be changed");
+  style.release()->close();
+  return database.recordOf(id);
+}
+
+}  // namespace torva::db

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/result.h"
+#include "dxf/record.h"
+
+namespace torva::db {
+
+class Database;
+
+/// The style that every drawing with multilines has.
+inline constexpr std::wstring_view kStandardMlineStyle = L"STANDARD";
+
+/// The multiline style of a name, ignoring case; kNoRecord when there is none.
+dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name);
+
+/// Names of all multiline styles in the order of their dictionary.
+std::vector<std::wstring> mlineStyleNames(const Database& database);
+
+/// The style STANDARD; one of two elements, one unit apart and by layer, is made with its dictionary when there is none.
+/// @return notApplicable when the drawing has no place for objects; nothing is changed then
+Result<dxf::RecordId> makeStandardMlineStyle(Database& database);
+
+}  // namespace torva::db

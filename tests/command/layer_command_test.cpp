@@ -1,0 +1,142 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/drawing_text.h"
+#include "test_editor.h"
+
+namespace torva::command {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+/// An R2000 drawing (or of another version) whose layers say more than the host knows.
+std::unique_ptr<db::Database> drawing(const std::string& version = "AC1015") {
+  std::vector<dxf::Finding> findings;
+  const std::string text = test::groupsFrom("0 SECTION\n2 HEADER\n9 $ACADVER\n1 " + version + R"(
+    9 $CLAYER
+    8 0
+    9 $HANDLING
+    70 0
+    0 ENDSEC
+    0 SECTION
+    2 TABLES
+    0 TABLE
+    2 LTYPE
+    5 5
+    0 LTYPE
+    5 6
+    2 Dashed
+    0 ENDTAB
+    0 TABLE
+    2 LAYER
+    5 2
+    70 3
+    0 LAYER
+    5 10
+    2 0
+    70 0
+    62      7
+    6 CONTINUOUS
+    390 F
+    347 E
+    0 LAYER
+    5 11
+    102 {APP
+    62 1
+    102 }
+    2 Walls
+    70 64
+    62      30
+    420 16711680
+    430 BOOK$Red
+    6 CONTINUOUS
+    290 0
+    1001 APP
+    1070 62
+    0 LAYER
+    5 12
+    2 Roof
+    70 65
+    0 ENDTAB
+    0 ENDSEC
+    0 SECTION
+    2 ENTITIES
+    0 ENDSEC
+    0 EOF)");
+  auto opened = db::Database::fromBytes(text, "layers", dxf::DamagePolicy::refuse, findings);
+  return opened ? std::move(*opened) : nullptr;
+}
+
+TEST(LayerCommand, changesOnlyWhatItSays) {
+  const struct {
+    const char* script;
+    std::vector<std::string> changes;
+  } rows[] = {
+      {"off walls", {"-62      30", "+62    -30"}},
+      {"off w* on WALLS", {}},
+      {"c green Walls", {"-62      30", "-420 16711680", "-430 BOOK$Red", "+62      3"}},
+      {"c 9 Roof", {"+62      9"}},
+      {"off Roof", {"+62     -7"}},
+      {"t * lo walls", {"-70 64", "+70     68", "-70 65", "+70     64"}},
+      {"f walls,roof", {"-70 64", "+70     65"}},
+      {"l dashed ?oof", {"+6 Dashed"}},
+      {"set walls", {"-8 0", "+8 Walls"}},
+      {"make walls", {"-8 0", "+8 Walls"}},
+      {"c red \"\"", {"-62      7", "+62      1"}},
+      {"off 0 \"\"", {}},
+      {"off 0 y", {"-62      7", "+62     -7"}},
+      {"new Walls", {}},
+      {"n Door",
+       {"-70 3", "+70      4", "+0 LAYER", "+5 13", "+330 2", "+100 AcDbSymbolTableRecord", "+100 AcDbLayerTableRecord",
+        "+2 Door", "+70      0", "+62      7", "+6 Continuous", "+370     -3", "+390 F", "+347 E"}},
+  };
+  for (const auto& row : rows) {
+    TestEditor test;
+    test.editor.setDatabase(drawing());
+    const std::string before = test.editor.database().file().toBytes();
+    EXPECT_EQ(test.run(std::string("-LAYER ") + row.script + " \"\""), Fault::none) << row.script;
+    EXPECT_EQ(test::difference(before, test.editor.database().file().toBytes()), row.changes) << row.script;
+  }
+}
+
+TEST(LayerCommand, namesWhatItCannotDo) {
+  const struct {
+    const char* script;
+    const char* fault;
+  } rows[] = {
+      {"off gate,x*", "there is no layer \"gate\""},
+      {"set gate", "there is no layer \"gate\""},
+      {"set roof", "the layer \"Roof\" is frozen and cannot be current"},
+      {"freeze 0", "the layer \"0\" is current and cannot be frozen"},
+      {"color 256", "\"256\" is no color of a layer"},
+      {"color mauve", "\"mauve\" is no color of a layer"},
+      {"ltype dots", "the linetype \"dots\" is not in the drawing"},
+      {"new a/b", "\"a/b\" cannot be the name of a layer"},
+      {"make \"a*\"", "\"a*\" cannot be the name of a layer"},
+  };
+  for (const auto& row : rows) {
+    TestEditor test;
+    test.editor.setDatabase(drawing());
+    EXPECT_EQ(test.run(std::string("LAYER ") + row.script + " \"\""), Fault::script) << row.script;
+    ASSERT_FALSE(test.faults.empty()) << row.script;
+    EXPECT_THAT(test.faults.front(), HasSubstr(row.fault)) << row.script;
+    EXPECT_FALSE(test.editor.database().file().isModified()) << row.script;
+  }
+}
+
+TEST(LayerCommand, oldDrawingsGetOldRecords) {
+  TestEditor test;
+  test.editor.setDatabase(drawing("AC1009"));
+  const std::string before = test.editor.database().file().toBytes();
+  EXPECT_EQ(test.run("LAYER n Door \"\""), Fault::none);
+  EXPECT_THAT(test::difference(before, test.editor.database().file().toBytes()),
+              ElementsAre("-70 3", "+70      4", "+0 LAYER", "+2 Door", "+70      0", "+62      7", "+6 Continuous"));
+  EXPECT_EQ(test.run("LAYER n \"two words\" \"\""), Fault::script);
+  EXPECT_EQ(test.run("LINE 0,0 1,0 \"\" MLINE"), Fault::script);
+  EXPECT_THAT(test.faults, SizeIs(2));
+}
+
+}  // namespace
+}  // namespace torva::command
