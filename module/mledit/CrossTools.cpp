@@ -30,10 +30,6 @@ int CMlineEdit::cmd_mledit_MergedCross(KdModuleHandle module) {
   return runTool(module, tool);
 }
 
-bool CMlineEdit::isMlinePicked() {
-  return needBreak(pickName);
-}
-
 void CMlineEdit::closedCross() {
   if (findCrossing()) openFirst();
 }
@@ -64,15 +60,21 @@ void CMlineEdit::mergedCross() {
   }
 }
 
-// Finds the segments at which the picked multilines meet, and where their elements cross there. Lines that run the same way
-// keep their undo copies: only a pair that does not meet leaves nothing to undo.
-bool CMlineEdit::findCrossing() {
+// Finds the segments at which the picked multilines meet. Only a pair that does not meet leaves nothing to undo.
+bool CMlineEdit::findSegments(double* axisCrossing, bool touching) {
   int segA = -1, segB = -1;
-  if (!getSegmentNumbers(&segFirst, &segSecond, &segA, &segB, nullptr, true) || segA < 0 || segB < 0) {
-    discardUndoCopies();
-    return false;
-  }
-  return set_PTCrossing(&segFirst, segA, &segSecond, segB, &ptCrossing, &ptCrossingCount);
+  if (getSegmentNumbers(&segFirst, &segSecond, &segA, &segB, axisCrossing, touching) && segA >= 0 && segB >= 0) return true;
+  discardUndoCopies();
+  return false;
+}
+
+// Finds where the elements of both cross on these segments; false for lines that run the same way.
+bool CMlineEdit::tabulateCrossings() {
+  return set_PTCrossing(&segFirst, segFirst.segment, &segSecond, segSecond.segment, &ptCrossing, &ptCrossingCount);
+}
+
+bool CMlineEdit::findCrossing() {
+  return findSegments(nullptr, true) && tabulateCrossings();
 }
 
 // Opens the first multiline across the whole width of the second.

@@ -158,12 +158,10 @@ std::optional<CrossingSearch::Crossing> CrossingSearch::crossingOf(int i, int j)
 
 bool CrossingSearch::isCandidate(int i, int j, short onSegments, const double* x) const {
   if (m_touching && onSegments > 0) return true;
-  const int c1 = CMlineEdit::PositionConnection(m_pointsA[i], x);
-  const int c2 = CMlineEdit::PositionConnection(x, m_pointsA[i + 1]);
-  const int c3 = CMlineEdit::PositionConnection(m_pointsB[j], x);
-  const int c4 = CMlineEdit::PositionConnection(x, m_pointsB[nextB(j)]);
-  if (c1 == c2 && c3 == c4) return true;
-  return onSegments == kOnSecond || (onSegments == kOnBoth && (c1 == 0 || c2 == 0));
+  const double *from = m_pointsA[i], *to = m_pointsA[i + 1];
+  if (CMlineEdit::leadsOn(from, x, to) && CMlineEdit::leadsOn(m_pointsB[j], x, m_pointsB[nextB(j)])) return true;
+  const bool isAtEnd = CMlineEdit::isSamePlace(from, x) || CMlineEdit::isSamePlace(x, to);
+  return onSegments == kOnSecond || (onSegments == kOnBoth && isAtEnd);
 }
 
 bool CrossingSearch::isOnPickedLines(int i, int j) const {

@@ -14,12 +14,28 @@ namespace {
 
 constexpr double kDirectionTolerance = 1e-10;
 constexpr double kConstructionLength = 10.0;  // drawing units; only the direction of the construction line counts
+constexpr double kRounding = 1e-14;           // of the largest coordinate; how far a computed crossing strays
 constexpr int kNoDirection = -5001;
 
 void store(const KdGePoint3d& point, double out[3]) {
   out[0] = point.x;
   out[1] = point.y;
   out[2] = point.z;
+}
+
+double roundingAt(const double* a, const double* b) {
+  return kRounding * std::max({std::abs(a[0]), std::abs(a[1]), std::abs(b[0]), std::abs(b[1])});
+}
+
+// Takes the rounding out of a point computed to be on the line from a to b, so that by each single coordinate, too, it lies
+// between the two or beyond one of them. An upright line, whose x differ by their rounding alone, needs that.
+void placeOnLine(const double* a, const double* b, double* point) {
+  const KdGeVector3d along{b[0] - a[0], b[1] - a[1], 0}, way{point[0] - a[0], point[1] - a[1], 0};
+  const double square = along.dotProduct(along);
+  if (square == 0) return;
+  const double t = way.dotProduct(along) / square;
+  point[0] = a[0] + t * along.x;
+  point[1] = a[1] + t * along.y;
 }
 
 bool isWithinMline(const CMlineSegment& seg) {
@@ -70,6 +86,19 @@ int CMlineEdit::PositionConnection(const double* a, const double* b) {
   return isSameX && isSameY ? 0 : kNoDirection;
 }
 
+bool CMlineEdit::isSamePlace(const double* a, const double* b) {
+  const double tolerance = std::max(kDirectionTolerance, roundingAt(a, b));
+  return KvMath::isEqual(a[0], b[0], tolerance) && KvMath::isEqual(a[1], b[1], tolerance);
+}
+
+bool CMlineEdit::leadsOn(const double* a, const double* b, const double* c) {
+  const int direction = PositionConnection(a, b), onward = PositionConnection(b, c);
+  if (direction == onward || direction == 0 || onward == 0) return direction == onward;
+  const double ux = b[0] - a[0], uy = b[1] - a[1], vx = c[0] - b[0], vy = c[1] - b[1];
+  const double stray = std::abs(ux * vy - uy * vx) / (std::hypot(ux, uy) + std::hypot(vx, vy));
+  return ux * vx + uy * vy > 0 && stray <= roundingAt(a, c);
+}
+
 bool CMlineEdit::mappingToSpecifyMongline(CMlineSegment* seg, int element, double* out) {
   const int s = seg->segment, next = seg->nextVertex(s);
   if (!seg->mline || next < 0 || !seg->hasElement(seg->element)) return false;
@@ -100,6 +129,7 @@ bool CMlineEdit::mappingToSpecifyMongline(CMlineSegment* seg, int element, doubl
   const double* to = seg->ptList[element][next];
   double x[3] = {pick[0], pick[1], pick[2]};
   carryOnto(from, to, x);
+  placeOnLine(from, to, x);
   const int k = from[0] != to[0] ? 0 : 1;
   const double low = std::min(from[k], to[k]), high = std::max(from[k], to[k]);
   if (x[k] < low) std::copy_n(from[k] < to[k] ? from : to, 3, x);

@@ -116,6 +116,13 @@ void cutWithin(std::vector<double>& list, const ElementLine& line, const CutEnd&
   if (first <= last) list.erase(list.begin() + first, list.begin() + last + 1);
 }
 
+// Whether a point of an element line lies ahead of another, seen along an axis. It is the segment's axis that counts, along
+// which the distances run: the element's own end may lie on its start, or behind it.
+bool isAhead(const double* from, const double* point, const KdGeVector3d& axis) {
+  const KdGeVector3d way{point[0] - from[0], point[1] - from[1], point[2] - from[2]};
+  return CMlineEdit::PositionConnection(from, point) != 0 && way.dotProduct(axis) > 0;
+}
+
 // Puts the ends into their order along the line and off the vertices. False when there is nothing to cut between them.
 bool arrange(const ElementLine& line, CutEnd& p, CutEnd& q) {
   if (!line.hasSegment(p.segment) || !line.hasSegment(q.segment)) return false;
@@ -178,19 +185,18 @@ void CMlineEdit::change41GroupNumber(CMlineSegment* seg, int element, int vertex
   ptListInitialize(seg->mline, seg->numVertices, seg->numElements, &seg->ptList, &seg->ptListCount);
   if (!seg->hasElement(element) || vertex < 0 || vertex + 1 >= seg->numVertices) return;
   setRealVector(seg->mline, vertex, element);
-  if (paramList.empty()) return;
-  if (keepBefore) {
-    endAt(X, seg->ptList[element][vertex], seg->ptList[element][vertex + 1]);
-  } else {
-    startAt(X, seg->ptList[element][vertex], seg->ptList[element][vertex + 1]);
-  }
+  // Nothing of the element is drawn here that could end or start.
+  if (paramList.size() < 2) return;
+  const double *A = seg->ptList[element][vertex], *B = seg->ptList[element][vertex + 1];
+  const KdGeVector3d axis = seg->mline->axisAt(vertex);
+  keepBefore ? endAt(X, A, axis) : startAt(X, A, B, axis);
   writeRealVector(seg->mline, vertex, element);
 }
 
-// Makes the list in paramList end at X, on the segment from A to B.
-void CMlineEdit::endAt(const double* X, const double* A, const double* B) {
+// Makes the list in paramList end at X, on a segment that starts at A.
+void CMlineEdit::endAt(const double* X, const double* A, const KdGeVector3d& axis) {
   const double d = vexengine_distance(A, X);
-  if (PositionConnection(A, X) != PositionConnection(A, B)) {
+  if (!isAhead(A, X, axis)) {
     paramList.push_back(d);
     return;
   }
@@ -201,14 +207,14 @@ void CMlineEdit::endAt(const double* X, const double* A, const double* B) {
 }
 
 // Makes the list in paramList start at X, on the segment from A to B.
-void CMlineEdit::startAt(const double* X, const double* A, const double* B) {
+void CMlineEdit::startAt(const double* X, const double* A, const double* B, const KdGeVector3d& axis) {
   double d = vexengine_distance(A, X);
-  if (PositionConnection(B, X) != PositionConnection(B, A)) {
+  if (!isAhead(B, X, -axis)) {
     paramList.push_back(d);
     return;
   }
   // Before A the element is extended backwards, past its vertex.
-  if (PositionConnection(A, X) != PositionConnection(A, B)) d = -d;
+  if (!isAhead(A, X, axis)) d = -d;
   int last = static_cast<int>(paramList.size()) - 1;
   while (last > 1 && paramList[static_cast<std::size_t>(last)] >= d) --last;
   paramList.erase(paramList.begin() + 1, paramList.begin() + last + 1);

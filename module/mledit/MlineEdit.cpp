@@ -9,6 +9,7 @@
 #include "mledit/PointTable.h"
 
 #include <kdrx/ed.h>
+#include <kdrx/ut.h>
 
 namespace {
 
@@ -35,15 +36,6 @@ CMlineEdit::~CMlineEdit() {
   freePointTable(&ptCrossing, &ptCrossingCount);
 }
 
-int CMlineEdit::cmd_mledit_ClosedTree(KdModuleHandle) {
-  return retCode;
-}
-int CMlineEdit::cmd_mledit_OpenTree(KdModuleHandle) {
-  return retCode;
-}
-int CMlineEdit::cmd_mledit_MergedTree(KdModuleHandle) {
-  return retCode;
-}
 int CMlineEdit::cmd_mledit_CornerJoint(KdModuleHandle) {
   return retCode;
 }
@@ -62,12 +54,13 @@ bool CMlineEdit::MlineCopy(long* name, KdDbMline* copy) {
 }
 
 int CMlineEdit::runTool(KdModuleHandle module, const CMlineTool& tool) {
+  m_texts = module;
   const auto resolve = tool.resolve ? tool.resolve : &CMlineEdit::mlineEditInitialize;
-  while (pickFirst(module, tool)) {
+  while (pickFirst(tool)) {
     if (tool.acceptsFirst ? !(this->*tool.acceptsFirst)() : !needBreak(pickName)) continue;
     (this->*resolve)(&segFirst, pickName, nullptr);
     if (tool.acceptsSecond) {
-      if (!pickSecond(module, tool)) break;
+      if (!pickSecond(tool)) break;
       (this->*resolve)(&segSecond, pickName, &segFirst);
     }
     const CMlineOpenObject open(&segFirst, &segSecond);
@@ -80,12 +73,12 @@ int CMlineEdit::runTool(KdModuleHandle module, const CMlineTool& tool) {
 }
 
 // Asks for the first multiline, doing what is said instead of it. False when the user ends the tool.
-bool CMlineEdit::pickFirst(KdModuleHandle module, const CMlineTool& tool) {
+bool CMlineEdit::pickFirst(const CMlineTool& tool) {
   const int capacity = static_cast<int>(std::size(promptBuf));
   const bool hasUndo = undoFirst != nullptr;
-  if (hasUndo) LoadStringW(module, kUndoKeywords, promptBuf, capacity);
+  if (hasUndo) LoadStringW(m_texts, kUndoKeywords, promptBuf, capacity);
   static_cast<void>(kdedInitGet(kKdInitGetNone, hasUndo ? promptBuf : nullptr));
-  LoadStringW(module, hasUndo ? tool.undoPrompt : tool.firstPrompt, promptBuf, capacity);
+  LoadStringW(m_texts, hasUndo ? tool.undoPrompt : tool.firstPrompt, promptBuf, capacity);
   retCode = kdedEntSel(promptBuf, pickName, pickPoint);
   if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
   if (retCode == kKdInputError) return integerVariable(L"ERRNO") != kKdErrnoEmptyAnswer;
@@ -95,13 +88,32 @@ bool CMlineEdit::pickFirst(KdModuleHandle module, const CMlineTool& tool) {
 }
 
 // Asks for the second pick until it is one. An empty answer asks again: only a cancel ends the tool here.
-bool CMlineEdit::pickSecond(KdModuleHandle module, const CMlineTool& tool) {
-  LoadStringW(module, tool.secondPrompt, promptBuf, static_cast<int>(std::size(promptBuf)));
+bool CMlineEdit::pickSecond(const CMlineTool& tool) {
+  LoadStringW(m_texts, tool.secondPrompt, promptBuf, static_cast<int>(std::size(promptBuf)));
   do {
     retCode = kdedEntSel(promptBuf, pickName, pickPoint);
     if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
   } while (!(this->*tool.acceptsSecond)());
   return true;
+}
+
+bool CMlineEdit::isMlinePicked() {
+  return needBreak(pickName);
+}
+
+// Tells the user when what was picked is a closed multiline.
+bool CMlineEdit::isOpenMlinePicked() {
+  KdDbMline* mline = needBreak(pickName) ? openMline(pickName, KdOpenMode::forRead) : nullptr;
+  if (!mline) return false;
+  const bool isClosed = mline->closedMline();
+  mline->close();
+  if (isClosed) refuse(kClosedRefusal);
+  return !isClosed;
+}
+
+void CMlineEdit::refuse(unsigned textId) {
+  CStdStr<wchar_t> text;
+  if (text.LoadStringW(m_texts, textId)) kdutPrint(text.c_str());
 }
 
 void CMlineEdit::undoLastEdit() {

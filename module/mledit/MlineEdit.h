@@ -33,16 +33,20 @@ class CMlineEdit {
   CMlineEdit& operator=(const CMlineEdit&) = delete;
 
   // The tools. Each runs at the command line until the user ends it, with its prompts from `module`, and returns the status
-  // of the last input call. The tee tools and the corner joint are not built yet: they do nothing and return 5100.
+  // of the last input call. The corner joint is not built yet: it does nothing and returns 5100.
   /// Opens the first multiline where it crosses the second.
   int cmd_mledit_ClosedCross(KdModuleHandle module);
   /// The same, and opens the outer elements of the second across the first.
   int cmd_mledit_OpenCross(KdModuleHandle module);
   /// Opens the elements of both so that those of equal depth join.
   int cmd_mledit_MergedCross(KdModuleHandle module);
-  // The tee tools bear "Tree" in their names; the spelling is our own and stays.
+  // The tee tools bear "Tree" in their names; the spelling is our own and stays. They end the first multiline, the stem, at
+  // the side of the second, the bar, and suppress the stem's caps there. A closed stem is refused.
+  /// Ends each element of the stem at the outer element of the bar that is nearer to it.
   int cmd_mledit_ClosedTree(KdModuleHandle module);
+  /// Ends the stem at the bar's near outer element, and opens that across the stem.
   int cmd_mledit_OpenTree(KdModuleHandle module);
+  /// Ends the elements of the stem at those of equal depth in the bar, and opens these so that they join.
   int cmd_mledit_MergedTree(KdModuleHandle module);
   int cmd_mledit_CornerJoint(KdModuleHandle module);
   int cmd_mledit_AddVertex(KdModuleHandle module);
@@ -92,6 +96,13 @@ class CMlineEdit {
   /// Direction from a to b in the plan, coordinates compared with 1e-10: 0 same place, 1 (+x), 2 (+x +y), 3 (+y),
   /// 4 (-x +y); opposite directions have opposite codes. -5001 for points that are no numbers.
   static int PositionConnection(const double* a, const double* b);
+  // The same made safe against the rounding of computed points, which at coordinates of 1e6 is more than 1e-10.
+
+  /// Whether two points are one place in the plan: within 1e-10, or the rounding of their coordinates.
+  static bool isSamePlace(const double* a, const double* b);
+  /// Whether the way from a to b leads on to c: PositionConnection() tells the same for both, or the points lie in line, up
+  /// to rounding, with b between the others.
+  static bool leadsOn(const double* a, const double* b, const double* c);
   /// Carries the pick over, square to its segment: with an element index onto that element line (into the `orig` fields;
   /// clamped to the segment, `origSegment` unchanged), with -1 onto the axis (into `out`).
   /// @return false, nothing changed, when the pick does not fit the multiline at hand
@@ -137,6 +148,15 @@ class CMlineEdit {
   /// Removes a vertex. The joined segment is drawn whole on every element: our own decision. Does nothing for an index
   /// outside, and to an open multiline of 2 vertices or a closed one of 3.
   void delete_OneVertex(CMlineSegment* seg, int vertex);
+  /// Removes `count` vertices from `first` on, which reach to an end of an open multiline: as delete_OneVertex() one by one,
+  /// at the cost of one.
+  void removeEndVertices(CMlineSegment* seg, int first, int count);
+  /// Moves an end vertex of an open multiline along its segment to the foot of `point` on the segment's axis line. Element
+  /// lines, their gaps and those of the fill stay where they are in the drawing; the line's end goes along. The new miter is
+  /// square to the axis, or the neighbour's where a square one would turn an element round or leave less than half of it.
+  /// Does nothing for any other vertex.
+  /// @param ptList the multiline's point table as it stands, a row for each element; see ptListInitialize()
+  void changePTPosition(KdDbMline* mline, int vertex, const double* point, double (**ptList)[3]);
 
   // Signed distances.
 
@@ -163,22 +183,35 @@ class CMlineEdit {
 
  private:
   int runTool(KdModuleHandle module, const CMlineTool& tool);
-  bool pickFirst(KdModuleHandle module, const CMlineTool& tool);
-  bool pickSecond(KdModuleHandle module, const CMlineTool& tool);
+  bool pickFirst(const CMlineTool& tool);
+  bool pickSecond(const CMlineTool& tool);
   void undoLastEdit();
   void restore(CMlineSegment& seg, std::unique_ptr<KdDbMline>& copy);
   void renewUndoCopies(const CMlineTool& tool);
   void discardUndoCopies();
   void closePicked();
+  void refuse(unsigned textId);
 
   bool isMlinePicked();
+  bool isOpenMlinePicked();
   void closedCross();
   void openCross();
   void mergedCross();
+  bool findSegments(double* axisCrossing, bool touching);
+  bool tabulateCrossings();
   bool findCrossing();
   void openFirst();
   void cutFirst(int element, int from, int to);
   void cutSecond(int element, int from, int to);
+
+  struct StemEnd;
+  void closedTee();
+  void openTee();
+  void mergedTee();
+  bool joinStem(StemEnd& end);
+  int nearColumn(const StemEnd& end, int element) const;
+  void endStem(const StemEnd& end, int element, int column);
+  void cutBar(int element, int from, int to);
 
   bool isPickedAgain();
   void cutSingle();
@@ -196,8 +229,10 @@ class CMlineEdit {
   bool isDrawnAt(KdDbMline* mline, int vertex, int element, double distance);
 
   bool writeRealVector(KdDbMline* mline, int vertex, int element);
-  void endAt(const double* X, const double* A, const double* B);
-  void startAt(const double* X, const double* A, const double* B);
+  void endAt(const double* X, const double* A, const KdGeVector3d& axis);
+  void startAt(const double* X, const double* A, const double* B, const KdGeVector3d& axis);
+
+  KdModuleHandle m_texts = nullptr;  // of the running tool
 };
 
 /// Whether the position of a record on its element line (its `orig` fields) lies in a gap or at the start of one

@@ -3,6 +3,9 @@
 class CMlineEdit;
 class CMlineSegment;
 
+/// Text ids of refusals, printed by CMlineEdit::refuse().
+constexpr unsigned kClosedRefusal = 4006, kNoCrossingRefusal = 4007;
+
 /// What a tool fills into the command loop that the tools share: pick, pick again, edit, and so on until the user ends it.
 struct CMlineTool {
   enum class Changes { first, both };

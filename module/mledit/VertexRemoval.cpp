@@ -161,3 +161,14 @@ void CMlineEdit::delete_OneVertex(CMlineSegment* seg, int vertex) {
   if (vertex < 0 || vertex >= seg->numVertices || seg->numVertices < least || !seg->hasElement(0)) return;
   VertexRemoval(*this, *seg, vertex).run();
 }
+
+// What the removal of one does to its neighbour is gone with the next, so only the last one is removed as such.
+void CMlineEdit::removeEndVertices(CMlineSegment* seg, int first, int count) {
+  if (count < 1) return;
+  if (count > 1) {
+    std::vector<CMlineVertex> vertices = readMlineVertices(*seg->mline);
+    vertices.erase(vertices.begin() + first, vertices.begin() + first + count - 1);
+    writeMlineVertices(*seg->mline, std::move(vertices));
+  }
+  delete_OneVertex(seg, first);
+}

@@ -78,6 +78,18 @@ TEST(Mapping, CarriesThePickSquareToTheSegment) {
   }
 }
 
+TEST(Mapping, IsNotMisledByTheRoundingOfAnUprightLine) {
+  for (int i = 1; i <= 100; ++i) {
+    const auto mline = makeMline({{{i / 7.0, 0, 0}, {i / 7.0, 5 + i / 3.0, 0}}, {1, -1}});
+    CMlineEdit engine;
+    pick(engine, engine.segFirst, *mline, 1, 0, 1, 4);
+    double& end = engine.segFirst.ptList[0][1][0];
+    end = std::nextafter(end, 0);
+    EXPECT_TRUE(engine.mappingToSpecifyMongline(&engine.segFirst, 0));
+    EXPECT_NEAR(engine.segFirst.origPoint[1], 4, 1e-9) << i;
+  }
+}
+
 TEST(Mapping, OntoTheAxisIsNotClamped) {
   const auto mline = makeMline(kCorner);
   CMlineEdit engine;

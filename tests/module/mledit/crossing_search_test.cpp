@@ -54,9 +54,8 @@ Choice chooseByAllPairs(CMlineEdit& engine, CMlineSegment& a, CMlineSegment& b, 
       double x[3] = {0, 0, va[i][2]};
       const short r = gx_linexline(va[i], va[i + 1], vb[j], vb[next], x);
       if (r < 0) continue;
-      const auto code = &CMlineEdit::PositionConnection;
-      const bool isInside = code(va[i], x) == code(x, va[i + 1]) && code(vb[j], x) == code(x, vb[next]);
-      const bool isAtEnd = code(va[i], x) == 0 || code(x, va[i + 1]) == 0;
+      const bool isInside = engine.leadsOn(va[i], x, va[i + 1]) && engine.leadsOn(vb[j], x, vb[next]);
+      const bool isAtEnd = engine.isSamePlace(va[i], x) || engine.isSamePlace(x, va[i + 1]);
       if (!isInside && !(touching ? r >= 1 : r == 2 || (r == 3 && isAtEnd))) continue;
       const bool isInLine = isCollinear(p(va[i]), p(va[i + 1]), p(va[a.segment]), p(va[a.nextVertex(a.segment)])) &&
                             isCollinear(p(vb[j]), p(vb[next]), p(vb[b.segment]), p(vb[b.nextVertex(b.segment)]));

@@ -177,7 +177,8 @@ TEST(ElementEnds, AreTrimmedAndExtended) {
       {"starts on the last stretch", broken, 6, false, {2, 6}},
       {"start extended", {2, 0}, -4, false, {2, -4}},
       {"start beyond the end", broken, 12, false, {2, 0, 3, 5, 12}},
-      {"nothing drawn", {2}, 4, false, {2}},
+      {"nothing drawn that starts", {2}, 4, false, {2}},
+      {"nothing drawn that ends", {2}, 4, true, {2}},
       {"no parameters", {}, 4, true, {}},
   };
   for (const Row& row : rows) {
@@ -188,6 +189,21 @@ TEST(ElementEnds, AreTrimmedAndExtended) {
     const double x[3] = {row.x, 2, 0};
     engine.change41GroupNumber(&engine.segFirst, 0, 0, x, row.keepBefore);
     EXPECT_THAT(listOf(*mline, 0, 0), ::testing::Pointwise(::testing::DoubleNear(1e-12), row.after)) << row.name;
+  }
+}
+
+TEST(ElementEnds, LieAlongTheAxisEvenWhereTheNextVertexIsBehind) {
+  for (const auto& [isEnd, after] : {std::pair(true, std::vector<double>{2, 0, 4}), {false, {2, -10}}}) {
+    const auto mline = makeStraight();
+    double points[4][3];
+    GetVertices(mline.get(), points);
+    points[1][0] = isEnd ? -3 : -6;
+    SetVertices(mline.get(), points);
+    CMlineEdit engine;
+    pick(engine, engine.segFirst, *mline, 1, 1, 0, 0);
+    const double x[3] = {isEnd ? 4.0 : -10.0, 2, 0};
+    engine.change41GroupNumber(&engine.segFirst, 0, 0, x, isEnd);
+    EXPECT_THAT(listOf(*mline, 0, 0), ::testing::Pointwise(::testing::DoubleNear(1e-12), after));
   }
 }
 

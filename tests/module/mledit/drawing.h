@@ -75,6 +75,7 @@ class Drawing {
   /// A pick of an entity by handle, as a script writes it.
   static std::string pick(torva::dxf::Handle handle, double x, double y) {
     std::ostringstream text;
+    text.precision(17);
     text << '#' << std::uppercase << std::hex << handle << ':' << x << ',' << y << '\n';
     return text.str();
   }

@@ -37,6 +37,9 @@ class ToolRun : public ::testing::Test {
     addTool(L"AV", &CMlineEdit::cmd_mledit_AddVertex);
     addTool(L"DV", &CMlineEdit::cmd_mledit_DeleteVertex);
     addTool(L"CT", &CMlineEdit::cmd_mledit_ClosedTree);
+    addTool(L"OT", &CMlineEdit::cmd_mledit_OpenTree);
+    addTool(L"MT", &CMlineEdit::cmd_mledit_MergedTree);
+    addTool(L"CJ", &CMlineEdit::cmd_mledit_CornerJoint);
     addTool(L"OC", &CMlineEdit::cmd_mledit_OpenCross);
     loadedTexts().clear();
   }
@@ -152,8 +155,21 @@ TEST_F(ToolRun, APairThatDoesNotMeetLeavesNothingToUndo) {
   EXPECT_THAT(listsOf(along), ElementsAre(ElementLists{{1, 0}, {1, 0}}, ElementLists{{-1, 0}, {-1, 0}}));
 }
 
+TEST_F(ToolRun, ATeeRefusesAClosedStemAtOnceAndABarThatItDoesNotMeet) {
+  constexpr unsigned kFirstMline = 4004, kSecondMline = 4005, kClosed = 4006, kNoCrossing = 4007;
+  const auto ring = m_drawing.addMline({{{5, 15, 0}, {25, 15, 0}, {25, 25, 0}}, {0.5, -0.5}, true});
+  const auto wall = listsOf(m_wall), other = listsOf(m_other);
+  for (const char* tool : {"CT\n", "OT\n", "MT\n"}) {
+    loadedTexts().clear();
+    m_drawing.run(tool + pick(ring, 10, 14.5) + pick(m_wall, 10, 0) + pick(m_other, 10, 30) + "undo\n\n");
+    EXPECT_THAT(loadedTexts(), ElementsAre(kFirstMline, kClosed, kFirstMline, kSecondMline, kNoCrossing, kFirstMline));
+  }
+  EXPECT_EQ(listsOf(m_wall), wall);
+  EXPECT_EQ(listsOf(m_other), other);
+}
+
 TEST_F(ToolRun, ToolsToComeDoNothing) {
-  m_drawing.run("CT\n");
+  m_drawing.run("CJ\n");
   EXPECT_EQ(m_result, kKdInputNormal);
   EXPECT_THAT(loadedTexts(), ElementsAre());
 }
@@ -161,23 +177,26 @@ TEST_F(ToolRun, ToolsToComeDoNothing) {
 TEST_F(ToolRun, NoScriptLeavesAnObjectOpen) {
   constexpr unsigned kSeed = 77;
   SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
-  const auto odd = m_drawing.addMline({{{5, 5, 0}, {25, 5, 0}, {25, 15, 0}, {5, 15, 0}}, {1, -1}, true});
-  m_drawing.edit(odd, [](KdDbMline& mline) {
-    setList(mline, 1, 0, {});
-    std::vector<std::vector<KdMLSegment>> parameters;
-    ASSERT_EQ(mline.getParametersAt(2, parameters), KdStatus::ok);
-    parameters.front().resize(1);
-    ASSERT_EQ(mline.setParametersAt(2, parameters), KdStatus::ok);
-  });
+  const MlineSketch path = {{{5, -5, 0}, {25, 5, 0}, {25, 35, 0}, {5, 15, 0}}, {1, -1}};
+  const auto odd = m_drawing.addMline({path.path, path.distances, true}), oddOpen = m_drawing.addMline(path);
+  for (const auto handle : {odd, oddOpen}) {
+    m_drawing.edit(handle, [](KdDbMline& mline) {
+      setList(mline, 1, 0, {});
+      std::vector<std::vector<KdMLSegment>> parameters;
+      ASSERT_EQ(mline.getParametersAt(2, parameters), KdStatus::ok);
+      parameters.front().resize(1);
+      ASSERT_EQ(mline.setParametersAt(2, parameters), KdStatus::ok);
+    });
+  }
   std::mt19937 random(kSeed);
   std::uniform_int_distribution<int> choice(0, 9);
   std::uniform_int_distribution<int> x(-2, 42), y(-3, 32);
   for (int round = 0; round < 300; ++round) {
-    constexpr const char* kTools[] = {"CS\n", "CA\n", "WA\n", "AV\n", "DV\n"};
-    std::string script = kTools[choice(random) / 2];
+    constexpr const char* kTools[] = {"CS\n", "CA\n", "WA\n", "AV\n", "DV\n", "CT\n", "OT\n", "MT\n", "CT\n", "MT\n"};
+    std::string script = kTools[choice(random)];
     for (int i = 0; i < 12; ++i) {
       const int answer = choice(random);
-      const torva::dxf::Handle target = answer < 3 ? m_wall : answer < 6 ? odd : m_other;
+      const torva::dxf::Handle target = answer < 3 ? m_wall : answer < 5 ? odd : answer < 7 ? oddOpen : m_other;
       script += answer == 9 ? "undo\n" : answer == 8 ? "\n" : pick(target, x(random), y(random));
     }
     m_drawing.run(script + "^C\n");

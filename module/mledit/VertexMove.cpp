@@ -1,0 +1,119 @@
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "mlaccess/mline_access.h"
+#include "mledit/MlineEdit.h"
+#include "mledit/MlineVertices.h"
+
+namespace {
+
+constexpr double kLeastShare = 0.5;  // of its segment's length, that every element line has with a square end
+
+KdGePoint3d toPoint(const double* p) {
+  return {p[0], p[1], p[2]};
+}
+
+KdGeVector3d toVector(const double* v) {
+  return {v[0], v[1], v[2]};
+}
+
+template <class Triple>
+void store(const Triple& from, double* out) {
+  out[0] = from.x;
+  out[1] = from.y;
+  out[2] = from.z;
+}
+
+// The point nearest to p on the line through a and b; p itself where these are one point.
+KdGePoint3d footOnLine(const KdGePoint3d& p, const KdGePoint3d& a, const KdGePoint3d& b) {
+  const KdGeVector3d along = b - a;
+  const double square = along.dotProduct(along);
+  return square > 0 ? a + along * ((p - a).dotProduct(along) / square) : p;
+}
+
+// The move of an end vertex along its segment.
+//
+// The element lines run on from where they pass the neighbour, in the direction of the segment's axis, so that is where the
+// moved vertex takes its offsets from: what the removal of other vertices has made of its own ones does not count. The axis
+// stays, even where the vertex comes to lie behind its neighbour: distances along it still lead the same way.
+//
+// The new miter is square to the axis, which gives a filled multiline a square end. Beside a slanted neighbour that can turn
+// an element round or leave a scrap of it; then the vertex takes the neighbour's miter, and every element is as long as the
+// segment.
+class VertexMove {
+ public:
+  VertexMove(std::vector<CMlineVertex>& vertices, int moved)
+      : m_isStart(moved == 0),
+        m_moved(vertices[static_cast<std::size_t>(moved)]),
+        m_neighbour(vertices[static_cast<std::size_t>(m_isStart ? 1 : moved - 1)]),
+        m_axis(toVector(m_isStart ? m_moved.axis : m_neighbour.axis)),
+        m_miter(toVector(m_neighbour.miter)) {}
+
+  void moveTo(const double* point) {
+    const KdGePoint3d neighbour = toPoint(m_neighbour.position);
+    const KdGePoint3d position = footOnLine(toPoint(point), neighbour, toPoint(m_moved.position));
+    const double length = (m_isStart ? neighbour - position : position - neighbour).dotProduct(m_axis);
+    const KdGeVector3d square = (m_miter - m_axis * m_miter.dotProduct(m_axis)).normal();
+    const bool isTurned = !square.isZeroLength() && !square.isEqualTo(m_miter) && keepsElements(length);
+    m_stretch = isTurned ? m_miter.dotProduct(square) : 1;
+    store(position, m_moved.position);
+    store(m_axis, m_moved.axis);
+    store(isTurned ? square : m_miter, m_moved.miter);
+  }
+
+  /// Puts an element back onto its line. `before` is where it passed the vertex before the move.
+  void keepInPlace(std::size_t element, const double* before) {
+    if (element >= m_moved.elements.size() || element >= m_neighbour.elements.size()) return;
+    KdMLSegment& moved = m_moved.elements[element];
+    KdMLSegment& neighbour = m_neighbour.elements[element];
+    if (moved.elementParameters.empty() || neighbour.elementParameters.empty()) return;
+    const double offset = neighbour.elementParameters.front() * m_stretch;
+    moved.elementParameters.front() = offset;
+    if (!m_isStart) return runToEnd(neighbour.elementParameters);
+    const KdGePoint3d start = toPoint(m_moved.position) + toVector(m_moved.miter) * offset;
+    shift(moved, (toPoint(before) - start).dotProduct(m_axis));
+  }
+
+ private:
+  bool keepsElements(double length) const {
+    const double lean = m_miter.dotProduct(m_axis) * (m_isStart ? 1 : -1);
+    return std::all_of(m_neighbour.elements.begin(), m_neighbour.elements.end(), [=](const KdMLSegment& element) {
+      const double offset = element.elementParameters.empty() ? 0 : element.elementParameters.front();
+      return length + offset * lean >= kLeastShare * std::abs(length);
+    });
+  }
+
+  // Distances are measured from where the element passes the vertex. The fill has no breaks before its start.
+  static void shift(KdMLSegment& element, double by) {
+    for (std::size_t i = 1; i < element.elementParameters.size(); ++i) element.elementParameters[i] += by;
+    for (double& entry : element.areaFillParameters) entry = std::max(0.0, entry + by);
+  }
+
+  // An end of its own, which the last stretch has where the vertex was moved before, goes along with the vertex.
+  static void runToEnd(std::vector<double>& list) {
+    if (list.size() > 2 && list.size() % 2 == 1) list.pop_back();
+  }
+
+  const bool m_isStart;
+  CMlineVertex& m_moved;
+  CMlineVertex& m_neighbour;
+  const KdGeVector3d m_axis;   // of the segment between the two
+  const KdGeVector3d m_miter;  // of the neighbour
+  double m_stretch = 1;        // of the offsets, from the neighbour's miter to the new one
+};
+
+}  // namespace
+
+void CMlineEdit::changePTPosition(KdDbMline* mline, int vertex, const double* point, double (**ptList)[3]) {
+  const int last = mline ? mline->numVertices() - 1 : -1;
+  if (last < 1 || (vertex != 0 && vertex != last) || mline->closedMline() || !ptList) return;
+  int elements = 0;
+  GetSegmentsSize(mline, &elements);
+  std::vector<CMlineVertex> vertices = readMlineVertices(*mline);
+  VertexMove move(vertices, vertex);
+  move.moveTo(point);
+  for (int e = 0; e < elements; ++e) move.keepInPlace(static_cast<std::size_t>(e), ptList[e][vertex]);
+  writeMlineVertices(*mline, std::move(vertices));
+}
