@@ -36,10 +36,6 @@ CMlineEdit::~CMlineEdit() {
   freePointTable(&ptCrossing, &ptCrossingCount);
 }
 
-int CMlineEdit::cmd_mledit_CornerJoint(KdModuleHandle) {
-  return retCode;
-}
-
 bool CMlineEdit::MlineCopy(KdDbMline* dst, KdDbMline* src) {
   return dst && src && dst->copyFrom(src) == KdStatus::ok;
 }

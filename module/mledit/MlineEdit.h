@@ -33,7 +33,7 @@ class CMlineEdit {
   CMlineEdit& operator=(const CMlineEdit&) = delete;
 
   // The tools. Each runs at the command line until the user ends it, with its prompts from `module`, and returns the status
-  // of the last input call. The corner joint is not built yet: it does nothing and returns 5100.
+  // of the last input call.
   /// Opens the first multiline where it crosses the second.
   int cmd_mledit_ClosedCross(KdModuleHandle module);
   /// The same, and opens the outer elements of the second across the first.
@@ -48,6 +48,8 @@ class CMlineEdit {
   int cmd_mledit_OpenTree(KdModuleHandle module);
   /// Ends the elements of the stem at those of equal depth in the bar, and opens these so that they join.
   int cmd_mledit_MergedTree(KdModuleHandle module);
+  /// Cuts back or extends two multilines, or both ends of one, to where the picked segments meet, and joins their elements
+  /// there. Vertices beyond the corner go, caps at it are suppressed. Closed multilines are refused.
   int cmd_mledit_CornerJoint(KdModuleHandle module);
   int cmd_mledit_AddVertex(KdModuleHandle module);
   int cmd_mledit_DeleteVertex(KdModuleHandle module);
@@ -116,6 +118,14 @@ class CMlineEdit {
   /// @return true when at least one pair crosses; false also when element 0 of both runs in the same direction (1e-10, the
   ///   opposite direction is not caught here) or a segment does not exist: the table is empty then
   bool set_PTCrossing(const CMlineSegment* a, int segA, const CMlineSegment* b, int segB, double (***table)[3], int* rows);
+  /// Picks from the crossing table where an element ends in a corner. Outer elements meet outer ones of the other multiline,
+  /// inner ones an inner one where it has any.
+  /// @param ownCount, otherCount elements of the two multilines, as the table has them
+  /// @param a true: the elements of both come in the same order; false: element 0 meets the last one of the other
+  /// @param b from which end an inner element counts the other's, where these are more, or two: true from the first
+  /// @param second whether `element` is one of the second multiline
+  /// @return false, `out` unchanged, for an element outside and where the two do not cross
+  bool getCornerPoint(int element, int ownCount, int otherCount, double* out, bool a, bool b, bool second);
 
   // Element parameters and flags.
 
@@ -203,6 +213,9 @@ class CMlineEdit {
   void openFirst();
   void cutFirst(int element, int from, int to);
   void cutSecond(int element, int from, int to);
+
+  class CornerJoint;
+  void cornerJoint();
 
   struct StemEnd;
   void closedTee();
