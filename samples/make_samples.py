@@ -1,14 +1,22 @@
 #!/usr/bin/python3
-"""Writes the sample drawings beside this file, the same bytes each time. Needs Debian's python3-ezdxf.
+"""Writes the sample drawings, the same bytes each time: make_samples.py [FOLDER]. Needs Debian's python3-ezdxf.
 
 floor-plan.dxf   A one-family house in millimetres: outer walls as a closed multiline of three elements, inner walls of two,
                  one of them with a door opening already cut, and around them what a real plan has: furniture, room names,
                  dimension lines, hatched tiles, inserted blocks, and data of another application on some walls.
+
+tool_drawings.py and plans.py hold the other drawings: one for each tool of -MLEDIT, and two plans on which several tools work
+together. Beside each of them stands the script that edits it.
 """
+import sys
 from pathlib import Path
 
 import ezdxf
 from ezdxf.enums import TextEntityAlignment
+
+import plans
+import tool_drawings
+from sheet import gap
 
 HERE = Path(__file__).resolve().parent
 OWNER = "WALLPLAN"  # an application whose data must survive every edit
@@ -63,12 +71,6 @@ def walls(msp):
     study.set_xdata(OWNER, [(1000, "light")])
 
 
-def gap(mline, segment, start, stop):
-    """Cuts all elements on one segment, as another program would have stored it."""
-    vertex = mline.vertices[segment]
-    vertex.line_params = [(params[0], 0.0, start, stop) for params in vertex.line_params]
-
-
 def furniture(msp):
     layer = {"layer": "FURNITURE"}
     msp.add_lwpolyline([(600, 600), (2600, 600), (2600, 2500), (600, 2500)], close=True, dxfattribs=layer)
@@ -111,8 +113,23 @@ def floor_plan():
     furniture(msp)
     lettering(msp)
     doc.set_modelspace_vport(height=11000, center=(5900, 4000))
-    doc.saveas(HERE / "floor-plan.dxf")
+    return doc
+
+
+def save(doc, path):
+    """Saves with the classes in a fixed order; the library takes some of them from a set."""
+    doc.classes.add_required_classes(doc.dxfversion)
+    for key in (("LAYOUT", "AcDbLayout"), ("ACDBPLACEHOLDER", "AcDbPlaceHolder")):
+        doc.classes.classes.move_to_end(key)
+    doc.saveas(path)
+
+
+def main():
+    folder = Path(sys.argv[1]) if len(sys.argv) > 1 else HERE
+    save(floor_plan(), folder / "floor-plan.dxf")
+    for drawing in tool_drawings.DRAWINGS + plans.DRAWINGS:
+        save(drawing().doc, folder / (drawing.__name__.replace("_", "-") + ".dxf"))
 
 
 if __name__ == "__main__":
-    floor_plan()
+    main()

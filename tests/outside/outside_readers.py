@@ -88,6 +88,9 @@ def main():
         run(options.torvac, "--output", new)
         assert audit(new) == [], f"a new drawing: ezdxf finds {audit(new)}"
         compared = judge(options.torvac, options.samples / "floor-plan.dxf", [options.samples / "cut-doors.scr"], Path(folder))
+        for script in sorted(options.samples.glob("*.scr")):
+            if script.with_suffix(".dxf").exists():
+                compared += judge(options.torvac, script.with_suffix(".dxf"), [script], Path(folder))
     print(f"{compared} multilines read alike by other programs")
     return 0 if compared else 1
 

@@ -1,15 +1,17 @@
 #!/usr/bin/python3
 """Runs the console sessions that stand in text files and compares what they print.
 
-sessions.py --torvac PATH [--update] FILE...
+sessions.py --torvac PATH [--samples FOLDER] [--update] FILE...
 
 A session is a fenced block marked `console`. A line beginning with `$ ` is a shell command; the lines up to the next one are
 what it prints, standard output and standard error together, and `[status N]` at the end when its exit status N is not 0. What
 stands below `$ cat NAME` becomes the file NAME instead, unless there is such a file. The sessions of one file share a fresh
-folder that holds room.dxf; torvac is on the path. --update writes what was printed into the files.
+folder that holds room.dxf, or the drawings and scripts of the sample folder; torvac is on the path. --update writes what was
+printed into the files.
 """
 import argparse
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -58,12 +60,19 @@ def run_step(command, expected, folder, torvac):
     return run(command, folder, torvac)
 
 
-def check_file(path, torvac, update):
+def fill(folder, samples):
+    if not samples:
+        return make_room(folder / "room.dxf")
+    for file in [*samples.glob("*.dxf"), *samples.glob("*.scr")]:
+        shutil.copy(file, folder)
+
+
+def check_file(path, torvac, samples, update):
     lines = path.read_text().splitlines()
     printed_lines, copied, failed, count = [], 0, 0, 0
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
-        make_room(folder / "room.dxf")
+        fill(folder, samples)
         for begin, end in blocks(lines):
             printed_lines += lines[copied:begin]
             copied = end
@@ -84,12 +93,13 @@ def check_file(path, torvac, update):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--torvac", required=True, type=Path)
+    parser.add_argument("--samples", type=Path)
     parser.add_argument("--update", action="store_true")
     parser.add_argument("files", nargs="+", type=Path)
     options = parser.parse_args()
     total = wrong = 0
     for path in options.files:
-        count, failed = check_file(path, options.torvac.resolve(), options.update)
+        count, failed = check_file(path, options.torvac.resolve(), options.samples, options.update)
         if count == 0:
             print("%s: no session in it" % path)
             return 1
