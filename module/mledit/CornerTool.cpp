@@ -9,7 +9,7 @@
 namespace {
 
 constexpr unsigned kUndoPrompt = 4003, kFirstPrompt = 4004, kSecondPrompt = 4005;
-constexpr double kDiagonalTolerance = 1e-6;  // of the diagonal's length
+constexpr double kDiagonalTolerance = 1e-6;  // of the diagonal's length; sine of an angle
 
 bool isPoint(const double* point) {
   return std::all_of(point, point + 3, [](double v) { return std::isfinite(v); });
@@ -59,7 +59,8 @@ int cornerColumn(int element, int ownCount, int otherCount, bool isSameOrder, bo
 
 }  // namespace
 
-// The corner of two segments. One multiline is joined with itself between its first and its last segment.
+// The corner of two segments. One multiline is joined with itself between its first and its last segment, whichever of its
+// segments were picked and on whichever side of the corner.
 class CMlineEdit::CornerJoint {
  public:
   explicit CornerJoint(CMlineEdit& engine);
@@ -97,12 +98,8 @@ class CMlineEdit::CornerJoint {
 };
 
 int CMlineEdit::cmd_mledit_CornerJoint(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt,
-                  kFirstPrompt,
-                  kSecondPrompt,
-                  &CMlineEdit::isOpenMlinePicked,
-                  &CMlineEdit::cornerJoint,
-                  &CMlineEdit::isOpenMlinePicked};
+  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isOpenMlinePicked, &CMlineEdit::cornerJoint};
+  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);
 }
@@ -171,8 +168,8 @@ bool CMlineEdit::CornerJoint::chooseSides() {
   return true;
 }
 
-// Whether something of the segment is left, on the axis and on every element: a corner at the kept vertex or behind would turn
-// it round.
+// Whether something of the segment is left, on the axis and on every element: a corner at the kept vertex or behind would
+// turn it round.
 bool CMlineEdit::CornerJoint::isLeft(const Leg& leg) const {
   const KdGePoint3d from = leg.seg->mline->vertexAt(leg.movedVertex()), to = leg.seg->mline->vertexAt(leg.keptVertex());
   const double fromPoint[3] = {from.x, from.y, from.z}, toPoint[3] = {to.x, to.y, to.z};
@@ -211,6 +208,8 @@ void CMlineEdit::CornerJoint::mitre(const Leg& leg) {
   CMlineVertex& end = vertices[static_cast<std::size_t>(leg.movedVertex())];
   const double length = std::copysign(std::sqrt(square), planDot(diagonal, end.miter));
   for (double& coordinate : diagonal) coordinate /= length;
+  // Elements that lie on one line have no miter.
+  if (std::abs(planCross(diagonal, end.axis)) <= kDiagonalTolerance) return;
   turnMiter(end, !leg.keepsStart, diagonal);
   writeMlineVertices(*leg.seg->mline, std::move(vertices));
 }

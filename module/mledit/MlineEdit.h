@@ -140,7 +140,8 @@ class CMlineEdit {
   /// tolerance is not seen as one. On one segment a weld from a drawn stretch into a gap leaves the rest of it inverted: our
   /// own decision.
   void Weld_Mongline(CMlineSegment* first, CMlineSegment* second);
-  /// Makes the element line end at X (`keepBefore`) or start there, on the segment that starts at `vertex`.
+  /// Makes the element line end at X (`keepBefore`) or start there, on the segment that starts at `vertex`. X lies on the
+  /// line; ahead and behind are judged along the segment's axis. Does nothing where nothing of the element is drawn.
   void change41GroupNumber(CMlineSegment* seg, int element, int vertex, const double* X, bool keepBefore);
   /// Changes the flag word: 1 sets a bit, 0 clears it, anything else leaves it. Clearing one also drops every bit above 8:
   /// our own decision, the word has no such bits.

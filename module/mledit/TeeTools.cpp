@@ -29,25 +29,21 @@ struct CMlineEdit::StemEnd {
 };
 
 int CMlineEdit::cmd_mledit_ClosedTree(KdModuleHandle module) {
-  return runTool(module, {kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::closedTee,
-                          &CMlineEdit::isOpenMlinePicked});
+  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::closedTee};
+  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
+  return runTool(module, tool);
 }
 
 int CMlineEdit::cmd_mledit_OpenTree(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt,          kFirstPrompt,
-                  kSecondPrompt,        &CMlineEdit::isMlinePicked,
-                  &CMlineEdit::openTee, &CMlineEdit::isOpenMlinePicked};
+  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::openTee};
+  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);
 }
 
 int CMlineEdit::cmd_mledit_MergedTree(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt,
-                  kFirstPrompt,
-                  kSecondPrompt,
-                  &CMlineEdit::isMlinePicked,
-                  &CMlineEdit::mergedTee,
-                  &CMlineEdit::isOpenMlinePicked};
+  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::mergedTee};
+  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);
 }

@@ -122,6 +122,17 @@ TEST_F(CornerTool, GapsStayAndOneAtTheCornerIsCutOff) {
   expectDrawn(second, 1, {{29, -1, 0}, {29, -20, 0}});
 }
 
+TEST_F(CornerTool, ElementsOnOneLineEndAtTheOthersToo) {
+  const Handle first = m_drawing.addMline({{{0, 0, 0}, {40, 0, 0}}, {0, 0}});
+  const Handle second = m_drawing.addMline({{{30, 20, 0}, {30, -20, 0}}, {1, -1}});
+  run("CJ", pick(first, 20, 0) + pick(second, 31, -18));
+  expectDrawn(first, 0, {{0, 0, 0}, {31, 0, 0}});
+  expectDrawn(first, 1, {{0, 0, 0}, {29, 0, 0}});
+  m_drawing.edit(first, [](KdDbMline& mline) { EXPECT_NEAR(mline.miterAt(1).x, 0, 1e-9) << "across the line"; });
+  expectDrawn(second, 0, {{31, 0, 0}, {31, -20, 0}});
+  expectDrawn(second, 1, {{29, 0, 0}, {29, -20, 0}});
+}
+
 TEST_F(CornerTool, OneMultilineIsClosedWhereverItsEndsCanReachTheCorner) {
   for (const double x : {20, -5, -70}) {  // falls short, runs over, and by more than half of the segment
     for (const double y : {20, -5, -70}) {
