@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "base/digits.h"
 #include "base/text.h"
 
 namespace torva {
@@ -47,25 +48,28 @@ std::optional<double> strictReal(std::string_view text) {
 /// A short plain decimal, as most numbers are; nothing for any other. Exact: digits and power of ten both are without
 /// rounding, so that the division alone rounds.
 std::optional<double> shortDecimal(std::string_view text) {
-  constexpr std::array kPowers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  constexpr std::size_t kMostDigits = kPowers.size() - 1;
-  const bool isNegative = !text.empty() && text.front() == '-';
-  if (isNegative) text.remove_prefix(1);
-  if (text.empty() || text.size() > kMostDigits + 1) return std::nullopt;
-  std::int64_t digits = 0;
-  std::size_t count = 0, beforePoint = text.size();
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '.' && beforePoint == text.size()) {
-      beforePoint = i;
-    } else if (text[i] >= '0' && text[i] <= '9') {
-      digits = digits * 10 + (text[i] - '0');
-      ++count;
-    } else {
-      return std::nullopt;
-    }
+  constexpr std::uint64_t kMostExact = std::uint64_t{1} << 53;
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  const auto digits = [&] {
+    const Digits taken = takeDigits(p, end);
+    p += taken.count;
+    return taken;
+  };
+  const bool isNegative = text.starts_with('-');
+  if (isNegative) ++p;
+  const Digits whole = digits();
+  Digits fraction;
+  if (p != end && *p == '.') {
+    ++p;
+    fraction = digits();
   }
-  if (count == 0 || count > kMostDigits) return std::nullopt;
-  const double size = static_cast<double>(digits) / kPowers[count - std::min(beforePoint, count)];
+  const std::size_t count = whole.count + fraction.count;
+  if (p != end || count == 0 || count > Digits::kMost) return std::nullopt;
+  const std::uint64_t power = kPowersOfTen[fraction.count], all = whole.value * power + fraction.value;
+  if (all > kMostExact) return std::nullopt;
+  const double size =
+      static_cast<double>(static_cast<std::int64_t>(all)) / static_cast<double>(static_cast<std::int64_t>(power));
   return isNegative ? -size : size;
 }
 

@@ -93,9 +93,9 @@ std::wstring wideFromUtf8(std::string_view text) {
 }
 
 std::string utf8FromWide(std::wstring_view text) {
-  std::string bytes;
-  bytes.reserve(text.size());
-  for (const wchar_t c : text) {
+  const auto ascii = std::find_if_not(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
+  std::string bytes(text.begin(), ascii);
+  for (const wchar_t c : text.substr(bytes.size())) {
     if (const auto raw = rawByte(c)) {
       bytes += *raw;
     } else {

@@ -7,6 +7,7 @@
 #include "db/mline_imp.h"
 #include "db/mline_style_imp.h"
 #include "db/object_imp.h"
+#include "db/recent_mlines.h"
 #include "db/record_groups.h"
 #include "db/structure.h"
 #include "db/undo_log.h"
@@ -46,6 +47,7 @@ Database::Database(dxf::DrawingFile file)
     : m_file(std::move(file)),
       m_serial(nextSerial()),
       m_structure(std::make_unique<Structure>(m_file)),
+      m_recentMlines(std::make_unique<RecentMlines>(m_file)),
       m_undo(std::make_unique<UndoLog>()) {}
 
 Database::~Database() = default;
@@ -136,12 +138,11 @@ void Database::setErased(dxf::RecordId record, bool isErased) {
   noteChanged(record);
 }
 
-const MlineData& Database::mline(dxf::RecordId record, MlineData& storage) const {
+const MlineData& Database::mline(dxf::RecordId record) const {
   if (const KdDbObject* object = loaded(record)) {
     return static_cast<const MlineImp*>(KdDbSystemInternals::getImpObject(object))->data();
   }
-  storage = readMline(m_file, record);
-  return storage;
+  return m_recentMlines->data(record);
 }
 
 MlineStyleData Database::mlineStyle(dxf::RecordId record) const {

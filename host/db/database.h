@@ -21,6 +21,8 @@
 
 namespace torva::db {
 
+class RecentMlines;
+
 /// Why an object was left open, for the check at a command's end.
 struct OpenObject {
   KdDbObjectId id;
@@ -64,11 +66,15 @@ class Database final : public KdDbDatabase {
 
   /// Whether an object was made for the record, so that it may hold more than the record's bytes say.
   bool hasObject(dxf::RecordId record) const { return m_objects.contains(record); }
-  /// The multiline of a record as it stands now: of the object when one was made, else read from the record into `storage`.
-  const MlineData& mline(dxf::RecordId record, MlineData& storage) const;
+  /// The multiline of a record as it stands now: of the object when one was made, else read from the record. Valid until the
+  /// next call.
+  const MlineData& mline(dxf::RecordId record) const;
 
   /// The same for a multiline style. Requires of both: the record is of that type.
   MlineStyleData mlineStyle(dxf::RecordId record) const;
+
+  /// The multilines read last, for the object that is made of one of them.
+  RecentMlines& recentMlines() { return *m_recentMlines; }
 
   /// What objects found wrong with their records when they were read; taking them empties the list.
   std::vector<dxf::Finding> takeFindings() { return std::exchange(m_findings, {}); }
@@ -184,6 +190,7 @@ class Database final : public KdDbDatabase {
   std::vector<dxf::RecordId> m_open;   // in the order of opening
   std::vector<dxf::RecordId> m_dirty;  // objects that are newer than their records
   std::unique_ptr<Structure> m_structure;
+  std::unique_ptr<RecentMlines> m_recentMlines;
   std::unique_ptr<UndoLog> m_undo;
 };
 

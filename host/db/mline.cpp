@@ -8,6 +8,7 @@
 #include "db/mline_imp.h"
 #include "db/mline_styles.h"
 #include "db/new_entity.h"
+#include "db/recent_mlines.h"
 #include "db/record_groups.h"
 
 namespace torva::db {
@@ -34,7 +35,7 @@ void MlineImp::enter() {
 }
 
 void MlineImp::read() {
-  MlineSource source = readMlineSource(file(), file().groups(record()));
+  MlineSource source = database()->recentMlines().source(record());
   m_data = std::move(source.data);
   if (source.unreadable) {
     const std::string name = "MLINE " + formatHandle(file().handle(record()));

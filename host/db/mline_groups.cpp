@@ -1,5 +1,7 @@
 #include "db/mline_groups.h"
 
+#include <algorithm>
+
 namespace torva::db {
 
 namespace {
@@ -37,6 +39,13 @@ KdMLSegment& elementAt(MlineVertex& vertex, int index) {
   // Elements come one after the other, so that the list never grows by more than one.
   if (index >= static_cast<int>(vertex.elements.size())) vertex.elements.emplace_back();
   return vertex.elements[index];
+}
+
+/// Room for as many as a count in the record says, which is a hint only and may be anything.
+template <class List>
+void reserve(List& list, const dxf::Group& count) {
+  constexpr std::int64_t kMost = 64;
+  list.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(count.integerOr(0), 0, kMost)));
 }
 
 }  // namespace
@@ -171,9 +180,14 @@ MlineSource readMlineSource(const dxf::DrawingFile& file, dxf::Groups groups) {
       case MlineRole::miter:
         coordinateOf(data.vertices.back().miter, slot.coordinate) = realOf(group);
         break;
+      case MlineRole::vertexCount:
+        reserve(data.vertices, group);
+        break;
       case MlineRole::lineCount:
+        reserve(elementAt(data.vertices.back(), classifier.element()).elementParameters, group);
+        break;
       case MlineRole::fillCount:
-        elementAt(data.vertices.back(), classifier.element());
+        reserve(elementAt(data.vertices.back(), classifier.element()).areaFillParameters, group);
         break;
       case MlineRole::line:
         elementAt(data.vertices.back(), classifier.element()).elementParameters.push_back(realOf(group));

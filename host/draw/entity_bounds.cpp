@@ -1,5 +1,7 @@
 #include "draw/entity_bounds.h"
 
+#include <algorithm>
+
 #include "base/numbers.h"
 #include "draw/entity_painter.h"
 #include "draw/hatch.h"
@@ -18,7 +20,7 @@ EntityBounds::EntityBounds(const db::Database& database, const Symbols& symbols)
 
 void EntityBounds::clear() {
   m_blocks.clear();
-  m_lastStyle = {};
+  m_styles.clear();
   m_lastLayerLook = nullptr;
 }
 
@@ -39,9 +41,14 @@ Box3 EntityBounds::scanned(Scan scan, dxf::RecordId entity, Level level) {
   Box3 box;
   switch (file.type(entity)) {
     case RecordType::mline: {
+      if (m_database.hasObject(entity)) {
+        readCommonFacts(scan, facts);
+        box = mlineBox(entity);
+        break;
+      }
       MlineHead mline;
       MlineExtents extents;
-      const bool isUsual = readUsualMline(scan, facts, mline, extents) && !m_database.hasObject(entity);
+      const bool isUsual = readUsualMline(scan, facts, mline, extents);
       box = isUsual ? extents.box(style(mline.styleHandle, mline.styleName), mline.ends()) : mlineBox(entity);
       break;
     }
@@ -101,8 +108,7 @@ Box3 EntityBounds::drawn(dxf::RecordId entity) const {
 }
 
 Box3 EntityBounds::mlineBox(dxf::RecordId entity) const {
-  db::MlineData storage;
-  const db::MlineData& mline = m_database.mline(entity, storage);
+  const db::MlineData& mline = m_database.mline(entity);
   return mlineExtents(mline, m_symbols.mlineStyle(mline.styleHandle, mline.styleName));
 }
 
@@ -218,12 +224,14 @@ bool EntityBounds::isLayerVisible(std::string_view layer) {
 }
 
 const db::MlineStyleData& EntityBounds::style(std::string_view handle, std::string_view name) {
-  const bool isKnown = m_lastStyle.data && m_lastStyle.handle == handle && m_lastStyle.name == name;
-  if (!isKnown) {
-    const db::MlineStyleData& data = m_symbols.mlineStyle(parseHandle(handle).value_or(0), m_database.file().decode(name));
-    m_lastStyle = {std::string(handle), std::string(name), &data};
-  }
-  return *m_lastStyle.data;
+  constexpr std::size_t kMost = 16;
+  const auto known = std::find_if(m_styles.begin(), m_styles.end(),
+                                  [&](const Style& style) { return style.handle == handle && style.name == name; });
+  if (known != m_styles.end()) return *known->data;
+  const db::MlineStyleData& data = m_symbols.mlineStyle(parseHandle(handle).value_or(0), m_database.file().decode(name));
+  if (m_styles.size() == kMost) m_styles.clear();
+  m_styles.push_back({std::string(handle), std::string(name), &data});
+  return data;
 }
 
 }  // namespace torva::draw

@@ -62,8 +62,8 @@ class EntityBounds {
   const Symbols& m_symbols;
   bool m_isPlainText = false;  // text form with LF or CR LF
   std::unordered_map<std::string, Block, NameHash, std::equal_to<>> m_blocks;
-  // Neighbours mostly share layer and style.
-  Style m_lastStyle;
+  std::vector<Style> m_styles;  // those met last: a drawing has few
+  // Neighbours mostly share the layer.
   std::string m_lastLayer;
   const LayerLook* m_lastLayerLook = nullptr;
 };

@@ -132,8 +132,7 @@ void EntityPainter::paintShape(dxf::RecordId entity, const EntityLook& look, con
 }
 
 void EntityPainter::paintMline(dxf::RecordId entity, const EntityLook& look, const Pen& pen, Frame& frame) {
-  db::MlineData storage;
-  const db::MlineData& mline = m_database.mline(entity, storage);
+  const db::MlineData& mline = m_database.mline(entity);
   const db::MlineStyleData& style = m_symbols.mlineStyle(mline.styleHandle, mline.styleName);
   const auto appearances = mlineAppearances(style, pen, effectiveLayer(look, frame.block), frame.sketch.list());
   drawMline(mline, style, appearances, frame.sketch);

@@ -1,41 +1,49 @@
 #pragma once
 
 #include <bit>
-#include <cstring>
+#include <cstdint>
 #include <string_view>
 
-#include "dxf/byte_masks.h"
 #include "dxf/group.h"
 
 namespace torva::draw {
 
 /// The real number that a text says, within four units in the last place; 0 when it says none. Faster than parseReal() for
 /// the plain decimals that fill drawings, and meant for boxes only.
-double quickReal(std::string_view text);
+/// @param readable the bytes that may be read from the text's begin on, no less than the text; no digit follows the text
+double quickReal(std::string_view text, std::size_t readable);
 
 /// The groups of a record up to its extended data and embedded objects, for reading many records in a hurry: the line ends
 /// of 64 bytes are found at once. For the text form with LF or CR LF; see GroupScan for the others.
 class TextScan {
  public:
-  explicit TextScan(std::string_view bytes)
-      : m_line(bytes.data()), m_block(bytes.data()), m_end(bytes.data() + bytes.size()), m_ends(mask(m_block)) {}
+  explicit TextScan(std::string_view bytes) : m_begin(bytes.data()), m_end(m_begin + bytes.size()), m_next(m_begin) {}
 
   /// Goes to the next group; false at the end.
   bool next() {
-    const char* codeEnd = nextLineEnd();
-    if (!codeEnd) return false;
-    const char* codeLine = m_line;
-    const char* valueEnd = nextLineEnd();
-    if (!valueEnd) return false;
-    m_code = parseCode(dxf::withoutCarriageReturn({codeLine, static_cast<std::size_t>(codeEnd - codeLine)}));
-    m_value = dxf::withoutCarriageReturn({codeEnd + 1, static_cast<std::size_t>(valueEnd - codeEnd - 1)});
-    m_line = valueEnd + 1;
-    return isOwnPart(m_code);
+    if (withoutLowestBit(m_ends) == 0 && !findEnds()) return nextLong();
+    const char* const codeEnd = takeEnd();
+    const char* const valueEnd = takeEnd();
+    return take(codeEnd, valueEnd);
   }
 
+  using Value = std::string_view;
+
   int code() const { return m_code; }
-  std::string_view text() const { return m_value; }
-  double real() const { return quickReal(m_value); }
+  std::string_view text() const {
+    const char* const end = m_next - (m_next[-2] == '\r' ? 2 : 1);
+    return {m_value, static_cast<std::size_t>(end - m_value)};
+  }
+  /// The group's value, for real() later on.
+  Value value() const { return text(); }
+  double real() const { return real(value()); }
+  double real(Value value) const {
+    // Numbers like 0.0 and 1.0 are the most frequent by far.
+    if (value.size() == 3 && value[1] == '.' && isDigit(value[0]) && isDigit(value[2])) {
+      return (value[0] - '0') + 0.1 * (value[2] - '0');
+    }
+    return quickReal(value, static_cast<std::size_t>(m_end - value.data()));
+  }
 
   static bool isOwnPart(int code) {
     constexpr int kFirstExtendedData = 1000, kEmbeddedObject = 101;
@@ -43,48 +51,40 @@ class TextScan {
   }
 
  private:
-  static constexpr std::ptrdiff_t kBlock = 64;
+  static std::uint64_t withoutLowestBit(std::uint64_t mask) { return mask & (mask - 1); }
+  static bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-  std::uint64_t mask(const char* block) const {
-    if (m_end - block >= kBlock) return dxf::equalMask64(block, '\n');
-    char rest[kBlock] = {};
-    if (block < m_end) std::memcpy(rest, block, static_cast<std::size_t>(m_end - block));
-    return dxf::equalMask64(rest, '\n');
+  const char* takeEnd() {
+    const char* const end = m_block + std::countr_zero(m_ends);
+    m_ends = withoutLowestBit(m_ends);
+    return end;
   }
 
-  /// Null when there is no further one.
-  const char* nextLineEnd() {
-    while (m_ends == 0) {
-      if (m_end - m_block <= kBlock) return nullptr;
-      m_block += kBlock;
-      m_ends = mask(m_block);
-    }
-    const char* result = m_block + std::countr_zero(m_ends);
-    m_ends &= m_ends - 1;
-    return result;
+  bool take(const char* codeEnd, const char* valueEnd) {
+    m_code = parseCode({m_next, static_cast<std::size_t>(codeEnd - m_next)});
+    m_value = codeEnd + 1;
+    m_next = valueEnd + 1;
+    return isOwnPart(m_code);
   }
 
-  /// Codes mostly stand in three columns: blanks count as leading zeros then. A line of three that is no number gives some
-  /// code or other; what is drawn of such a record is never more.
+  /// Codes mostly stand in three columns: blanks count as leading zeros then. A line of three that is no number may give
+  /// some code or other; what is drawn of such a record is never more.
   static int parseCode(std::string_view line) {
-    if (line.size() == 3) return (line[0] & 15) * 100 + (line[1] & 15) * 10 + (line[2] & 15);
-    int code = 0;
-    for (const char c : line) {
-      if (c >= '0' && c <= '9') {
-        code = code * 10 + (c - '0');
-      } else if (c != ' ' || code != 0) {
-        return dxf::parseGroupCode(line);
-      }
-    }
-    return line.size() <= 6 ? code : dxf::kUnreadableCode;
+    const bool hasThreeColumns = line.size() == 3 && isDigit(line[2]);
+    return hasThreeColumns ? (line[0] & 15) * 100 + (line[1] & 15) * 10 + (line[2] & 15) : dxf::parseGroupCode(line);
   }
 
-  const char* m_line;
-  const char* m_block;
-  const char* m_end;
-  std::uint64_t m_ends;
+  /// Finds the line ends of the next 64 bytes; false when they do not hold a group.
+  bool findEnds();
+  /// As next(), for a group that is longer or not complete.
+  bool nextLong();
+
+  const char *m_begin, *m_end;
+  const char* m_value = nullptr;
+  const char* m_next;             // where the next group begins
+  const char* m_block = nullptr;  // what m_ends is about: the line ends within 64 bytes that were not taken yet
+  std::uint64_t m_ends = 0;
   int m_code = 0;
-  std::string_view m_value;
 };
 
 /// The same for every form of drawing.
@@ -101,9 +101,13 @@ class GroupScan {
     return m_group != std::default_sentinel && TextScan::isOwnPart(m_group->code);
   }
 
+  using Value = dxf::Group;
+
   int code() const { return m_group->code; }
   std::string_view text() const { return m_group->value; }
-  double real() const { return m_group->realOr(0); }
+  Value value() const { return *m_group; }
+  double real() const { return real(*m_group); }
+  double real(const Value& value) const { return value.realOr(0); }
 
  private:
   dxf::Groups::Iterator m_group;

@@ -220,15 +220,11 @@ void drawMline(const db::MlineData& mline, const db::MlineStyleData& style, cons
   MlinePainter(mline, style, appearances, sketch).paint();
 }
 
-void MlineExtents::addValue(double value) {
-  if (m_valueCount++ > 0) {
-    if (value != 0) m_vertexBox.add(m_miterPoint + m_axis * value);  // at 0 lies the miter point itself
-    return;
-  }
-  m_miterPoint = m_position + m_miter * value;
+void MlineExtents::addOffset(double offset) {
+  m_miterPoint = m_position + m_miter * offset;
   m_ring.box.add(m_miterPoint);
-  m_ring.least = m_ring.count == 0 ? value : std::min(m_ring.least, value);
-  m_ring.most = m_ring.count == 0 ? value : std::max(m_ring.most, value);
+  m_ring.least = m_ring.count == 0 ? offset : std::min(m_ring.least, offset);
+  m_ring.most = m_ring.count == 0 ? offset : std::max(m_ring.most, offset);
   ++m_ring.count;
 }
 
@@ -262,11 +258,12 @@ geom::Box3 mlineExtents(const db::MlineData& mline, const db::MlineStyleData& st
   for (const MlineVertex& vertex : mline.vertices) {
     extents.beginVertex();
     extents.position() = vertex.position;
-    extents.axis() = vertex.axis;
     extents.miter() = vertex.miter;
     for (const KdMLSegment& element : vertex.elements) {
-      extents.beginList();
-      for (const double value : element.elementParameters) extents.addValue(value);
+      const std::vector<double>& values = element.elementParameters;
+      if (values.empty()) continue;
+      extents.addOffset(values.front());
+      for (std::size_t i = 1; i < values.size(); ++i) extents.addCut(vertex.axis * values[i]);
     }
     extents.endVertex();
   }

@@ -31,13 +31,13 @@ struct MlineEnds {
 /// Collects the extents of a multiline vertex by vertex, without building anything.
 class MlineExtents {
  public:
-  void beginVertex() { m_position = {}, m_axis = m_miter = {}, m_ring = {}, m_vertexBox = {}; }
+  void beginVertex() { m_position = {}, m_miter = {}, m_ring = {}, m_vertexBox = {}; }
   KdGePoint3d& position() { return m_position; }
-  KdGeVector3d& axis() { return m_axis; }
   KdGeVector3d& miter() { return m_miter; }
-  /// A list of the vertex begins; its values follow one after the other. Requires: the vertex's point and vectors are known.
-  void beginList() { m_valueCount = 0; }
-  void addValue(double value);
+  /// The place of an element on the miter: a list's first value. Requires: the vertex's point and miter are known.
+  void addOffset(double offset);
+  /// The place of a cut on the last added element.
+  void addCut(const KdGeVector3d& fromMiter) { m_vertexBox.add(m_miterPoint + fromMiter); }
   void endVertex();
 
   /// Points of the last vertex: those on its miter alone, and all that its lists name on the segment that starts there.
@@ -61,10 +61,9 @@ class MlineExtents {
     geom::Box3 withRoundCap() const { return box.grownBy((most - least) * miterLength / 2); }
   };
   KdGePoint3d m_position, m_miterPoint;
-  KdGeVector3d m_axis, m_miter;
+  KdGeVector3d m_miter;
   Ring m_ring, m_first, m_last;
   bool m_hasFirst = false;
-  int m_valueCount = 0;
   geom::Box3 m_vertexBox, m_points;
 };
 

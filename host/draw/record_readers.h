@@ -41,6 +41,12 @@ bool readCommon(const Scan& scan, EntityFacts& facts) {
   }
 }
 
+/// Takes nothing else of a record.
+template <class Scan>
+void readCommonFacts(Scan& scan, EntityFacts& facts) {
+  while (scan.next()) readCommon(scan, facts);
+}
+
 template <class Scan>
 void readFacts(Scan& scan, EntityFacts& facts, dxf::RecordType type) {
   const bool isContent = type == dxf::RecordType::mtext;
@@ -164,10 +170,9 @@ class MlineProbe {
 
   void beginVertex() { m_extents.beginVertex(); }
   KdGePoint3d& position() { return m_extents.position(); }
-  KdGeVector3d& axis() { return m_extents.axis(); }
   KdGeVector3d& miter() { return m_extents.miter(); }
-  void beginList() { m_extents.beginList(); }
-  void addValue(double value) { m_extents.addValue(value); }
+  void addOffset(double offset) { m_extents.addOffset(offset); }
+  void addCut(const KdGeVector3d& fromMiter) { m_extents.addCut(fromMiter); }
   void endVertex() {
     m_extents.endVertex();
     m_before.add(m_extents.ringBox());
@@ -197,28 +202,47 @@ class MlineProbe {
 template <class Scan, class Collector>
 bool readUsualMline(Scan& scan, EntityFacts& facts, MlineHead& mline, Collector& extents) {
   constexpr std::array<int, 9> kVertexCodes = {11, 21, 31, 12, 22, 32, 13, 23, 33};
-  enum class Part { head, vertex, lists, line, fill } part = Part::head;
-  const std::array<double*, 9> slots = {&extents.position().x, &extents.position().y, &extents.position().z,
-                                        &extents.axis().x,     &extents.axis().y,     &extents.axis().z,
-                                        &extents.miter().x,    &extents.miter().y,    &extents.miter().z};
+  enum class Part { head, vertex, lists, offset, line, fill } part = Part::head;
+  // The axis is read for vertices with cuts alone: most have none.
+  const std::array<double*, 9> slots = {
+      &extents.position().x, &extents.position().y, &extents.position().z, nullptr, nullptr, nullptr,
+      &extents.miter().x,    &extents.miter().y,    &extents.miter().z};
+  std::array<typename Scan::Value, 9> texts;
+  std::optional<KdGeVector3d> axis;
   std::size_t slot = 0;
+  const auto takeSlot = [&] {
+    if (slots[slot]) {
+      *slots[slot] = scan.real();
+    } else {
+      texts[slot] = scan.value();
+    }
+    if (++slot == kVertexCodes.size()) part = Part::lists;
+  };
+  const auto addCut = [&](double value) {
+    if (value == 0) return;  // there lies the miter point itself
+    if (!axis) axis = {scan.real(texts[3]), scan.real(texts[4]), scan.real(texts[5])};
+    extents.addCut(*axis * value);
+  };
   while (scan.next()) {
     const int code = scan.code();
     if (part == Part::vertex) {
       if (code != kVertexCodes[slot]) return false;
-      *slots[slot] = scan.real();
-      if (++slot == kVertexCodes.size()) part = Part::lists;
+      takeSlot();
       continue;
     }
     switch (code) {
       case 41:
         if (part == Part::fill || part == Part::lists) return false;
-        if (part == Part::line) extents.addValue(scan.real());
+        if (part == Part::offset) {
+          extents.addOffset(scan.real());
+          part = Part::line;
+        } else if (part == Part::line) {
+          addCut(scan.real());
+        }
         continue;
       case 74:
         if (part == Part::head) return false;
-        extents.beginList();
-        part = Part::line;
+        part = Part::offset;
         continue;
       case 75:
       case 42:
@@ -228,9 +252,10 @@ bool readUsualMline(Scan& scan, EntityFacts& facts, MlineHead& mline, Collector&
       case 11:
         if (part != Part::head) extents.endVertex();
         extents.beginVertex();
-        *slots[0] = scan.real();
-        slot = 1;
+        axis.reset();
+        slot = 0;
         part = Part::vertex;
+        takeSlot();
         continue;
       default:
         break;

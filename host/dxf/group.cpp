@@ -66,6 +66,19 @@ T littleEndian(std::string_view value) {
   return number;
 }
 
+// Nearly all code lines are three characters, blanks in front of digits, and LF.
+constexpr std::size_t kUsualCodeSize = 3;
+
+bool startsWithUsualCode(std::string_view line) {
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  if (line.size() <= kUsualCodeSize || line[kUsualCodeSize] != '\n' || !isDigit(line[2])) return false;
+  return isDigit(line[1]) ? line[0] == ' ' || isDigit(line[0]) : line[0] == ' ' && line[1] == ' ';
+}
+
+int usualCode(std::string_view line) {
+  return (line[0] & 15) * 100 + (line[1] & 15) * 10 + (line[2] & 15);  // a blank counts 0
+}
+
 }  // namespace
 
 ValueKind valueKind(int code) {
@@ -144,12 +157,13 @@ void Groups::Iterator::advance() {
 }
 
 void Groups::Iterator::advanceText() {
-  const std::size_t codeEnd = findNearLineEnd(m_rest, 0, m_ends);
+  const bool hasUsualCode = startsWithUsualCode(m_rest);
+  const std::size_t codeEnd = hasUsualCode ? kUsualCodeSize : findNearLineEnd(m_rest, 0, m_ends);
   if (codeEnd + 1 >= m_rest.size()) {
     m_isDone = true;
     return;
   }
-  m_group.code = parseGroupCode(m_rest.substr(0, codeEnd));
+  m_group.code = hasUsualCode ? usualCode(m_rest) : parseGroupCode(m_rest.substr(0, codeEnd));
   if (m_group.code == kUnreadableCode) return takeUnreadable();
   const std::size_t valueEnd = findNearLineEnd(m_rest, codeEnd + 1, m_ends);
   m_group.value = withoutCarriageReturn(m_rest.substr(codeEnd + 1, valueEnd - codeEnd - 1));

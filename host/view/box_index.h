@@ -71,7 +71,7 @@ class BoxIndex {
   using Point = boost::geometry::model::d2::point_xy<float>;
   using Box = boost::geometry::model::box<Point>;
   using Value = std::pair<Box, std::uint32_t>;
-  using Tree = boost::geometry::index::rtree<Value, boost::geometry::index::rstar<16>>;
+  using Tree = boost::geometry::index::rtree<Value, boost::geometry::index::quadratic<16>>;
 
   static constexpr std::uint32_t kRun = 16;
 

@@ -137,8 +137,7 @@ TEST_F(DrawCommands, multilines) {
     begin();
     ASSERT_EQ(test.run(std::string("MLINE ") + row.script), Fault::none) << row.name;
     ASSERT_EQ(added().size(), 1u) << row.name;
-    db::MlineData storage;
-    const db::MlineData& mline = drawing().mline(added()[0], storage);
+    const db::MlineData& mline = drawing().mline(added()[0]);
     std::ostringstream drawn;
     drawn << (mline.isClosed ? "closed" : "");
     for (const db::MlineVertex& vertex : mline.vertices) {

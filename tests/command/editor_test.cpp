@@ -257,10 +257,8 @@ TEST(Editor, undoTakesCommandsBackOneByOne) {
     mline->close();
   };
   const auto scale = [&] {
-    db::MlineData storage;
-    return test.editor.database()
-        .mline(test.editor.database().recordOf(test.editor.database().idOfHandle(0x2F)), storage)
-        .scale;
+    const db::Database& database = test.editor.database();
+    return database.mline(database.recordOf(database.idOfHandle(0x2F))).scale;
   };
   test.run("ASK\nASK\nASK\n");
   EXPECT_EQ(scale(), 4);

@@ -154,11 +154,10 @@ TEST_F(DatabaseTest, ReportsChangedRecordsWhenTheirWriterCloses) {
 
 TEST_F(DatabaseTest, AMultilineIsSeenAsItStandsNowBeforeItIsWritten) {
   const dxf::RecordId record = database().file().find(0xA0);
-  db::MlineData storage;
-  EXPECT_FALSE(database().mline(record, storage).suppressesEndCaps);
+  EXPECT_FALSE(database().mline(record).suppressesEndCaps);
   auto* mline = open<KdDbMline>(0xA0, KdOpenMode::forWrite);
   EXPECT_EQ(mline->setSupressEndCaps(true), KdStatus::ok);
-  EXPECT_TRUE(database().mline(record, storage).suppressesEndCaps);
+  EXPECT_TRUE(database().mline(record).suppressesEndCaps);
   EXPECT_FALSE(database().file().isChanged(record));
 }
 

@@ -333,7 +333,11 @@ TEST(QuickReal, AgreesWithTheExactReader) {
   for (int i = 0; i < 2000; ++i) texts.push_back(formatReal(mantissa(random) * std::pow(10, exponent(random))));
   for (const std::string& text : texts) {
     const double exact = parseReal(text).value_or(0);
-    EXPECT_NEAR(quickReal(text), exact, std::abs(exact) * 1e-15) << text;
+    const std::string line = text + "\n 21\n123456";
+    for (const std::size_t readable : {text.size(), line.size()}) {
+      const double quick = quickReal(std::string_view(line).substr(0, text.size()), readable);
+      EXPECT_NEAR(quick, exact, std::abs(exact) * 1e-15) << text;
+    }
   }
 }
 

@@ -91,8 +91,7 @@ void listStyle(Editor& editor, dxf::RecordId record, const db::MlineData& mline)
 }  // namespace
 
 void listMline(Editor& editor, dxf::RecordId record) {
-  db::MlineData storage;
-  const db::MlineData& mline = editor.database().mline(record, storage);
+  const db::MlineData& mline = editor.database().mline(record);
   listStyle(editor, record, mline);
   editor.print(L"  scale " + shown(mline.scale) + L", justification " + justificationName(mline.justification) +
                L", normal " + shown(mline.normal));
