@@ -2,11 +2,14 @@
 
 #include "command/commands/circle_command.h"
 #include "command/commands/drawing_commands.h"
+#include "command/commands/erase_command.h"
+#include "command/commands/explode_command.h"
 #include "command/commands/help_command.h"
 #include "command/commands/layer_command.h"
 #include "command/commands/line_command.h"
 #include "command/commands/list_command.h"
 #include "command/commands/mline_command.h"
+#include "command/commands/move_commands.h"
 #include "command/commands/plot_command.h"
 #include "command/commands/setvar_command.h"
 #include "command/commands/ucs_command.h"
@@ -27,11 +30,15 @@ constexpr BuiltIn kBuiltIns[] = {
     {L"-LAYER", layerCommand},
     {L"?", helpCommand},
     {L"CIRCLE", circleCommand},
+    {L"COPY", copyCommand},
+    {L"ERASE", eraseCommand},
+    {L"EXPLODE", explodeCommand},
     {L"HELP", helpCommand},
     {L"LAYER", layerCommand},
     {L"LINE", lineCommand},
     {L"LIST", listCommand},
     {L"MLINE", mlineCommand},
+    {L"MOVE", moveCommand},
     {L"NEW", newCommand, kIsNoUndoStep},
     {L"OPEN", openCommand, kIsNoUndoStep},
     {L"PLOT", plotCommand},

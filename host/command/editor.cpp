@@ -41,6 +41,7 @@ void Editor::setDatabase(std::unique_ptr<db::Database> database) {
   m_view.reset();
   m_session->userPlane.reset();
   m_session->formerPlanes.clear();
+  m_session->previousSelection.clear();
   m_session->currentDatabase.reset();
   m_session->currentDatabase.emplace(*database);
   m_variables.setDrawing(database.get());

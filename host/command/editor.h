@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "base/export.h"
 #include "base/result.h"
@@ -96,6 +97,8 @@ class TORVA_API Editor {
   const std::wstring& lastKeyword() const;
   /// Whether the last selectEntity() was a pick that met nothing.
   bool lastMissed() const;
+  /// What the last command that asked for a selection was given; kept until the drawing is replaced.
+  std::vector<KdDbObjectId>& previousSelection();
 
   /// Prints a message on a line of its own.
   void print(std::wstring_view text);

@@ -151,6 +151,10 @@ bool Editor::lastMissed() const {
   return variableOr(m_variables, L"ERRNO", 0) == kKdErrnoPickMissed;
 }
 
+std::vector<KdDbObjectId>& Editor::previousSelection() {
+  return m_session->previousSelection;
+}
+
 int Editor::miss() {
   m_variables.setInternally(L"ERRNO", static_cast<int>(kKdErrnoPickMissed));
   return kKdInputError;

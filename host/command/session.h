@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "base/current.h"
 #include "base/export.h"
@@ -43,6 +44,7 @@ class TORVA_INTERNAL Editor::Session {
 
   std::wstring lastKeyword;
   UserPlaneReader userPlane;
+  std::vector<KdDbObjectId> previousSelection;
   std::vector<UserPlane> formerPlanes;  // of this drawing, the last one at the end
   bool isQuitRequested = false;
   std::unique_ptr<Plotter> plotter;

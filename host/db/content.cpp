@@ -139,6 +139,16 @@ std::vector<dxf::RecordId> Database::blocks() const {
   return blocks;
 }
 
+dxf::RecordId Database::blockOfEntity(dxf::RecordId entity) const {
+  const dxf::RecordId head = m_file.section("ENTITIES");
+  const dxf::RecordId anchor = m_file.anchor(entity);
+  const bool isInSection = head != dxf::kNoRecord && anchor >= head && anchor <= m_structure->lastOf("ENTITIES");
+  if (!isInSection || entity == head || isPartOfEntityBefore(m_file.type(entity))) return dxf::kNoRecord;
+  if (!isInPaperSpace(m_file.groups(entity))) return modelSpace();
+  const dxf::RecordId record = m_structure->symbol(dxf::RecordType::blockRecord, L"*Paper_Space");
+  return record != dxf::kNoRecord ? record : m_structure->block(L"$PAPER_SPACE");
+}
+
 void Database::forEachEntity(const std::function<void(dxf::RecordId)>& visit) const {
   const dxf::RecordId head = m_file.section("ENTITIES");
   if (head == dxf::kNoRecord) return;
@@ -197,6 +207,11 @@ dxf::RecordId Database::appendToTable(dxf::RecordId table, std::string bytes) {
     if (record < m_file.originalCount()) last = record;
   }
   return insert(last, std::move(bytes));
+}
+
+dxf::RecordId Database::appendToBlocks(std::string bytes) {
+  const dxf::RecordId last = m_structure->lastOf("BLOCKS");
+  return last == dxf::kNoRecord ? last : insert(last, std::move(bytes));
 }
 
 dxf::RecordId Database::appendToObjects(std::string bytes) {

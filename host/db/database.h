@@ -119,15 +119,20 @@ class Database final : public KdDbDatabase {
   /// @return kNoRecord when the drawing has no place for it
   dxf::RecordId appendToModelSpace(std::string bytes);
   dxf::RecordId appendToBlock(dxf::RecordId block, std::string bytes);
-  /// The same for a symbol, behind the last one of a table, and for an object (kNoRecord without OBJECTS section).
+  /// The same for a symbol, behind the last one of a table, and for a record of the BLOCKS section or an object (kNoRecord
+  /// without that section).
   dxf::RecordId appendToTable(dxf::RecordId table, std::string bytes);
+  dxf::RecordId appendToBlocks(std::string bytes);
   dxf::RecordId appendToObjects(std::string bytes);
   /// Replaces the bytes of a record, to be taken back with the running step. Bytes that say the same as the file has the
-  /// file's bytes again. Requires: the record is no multiline, multiline style or dictionary.
+  /// file's bytes again. Requires: its object, if there is one, is not open and was flushed.
   void setBytes(dxf::RecordId record, std::string bytes);
   /// Erases a record or brings it back, with the parts of the entity that follow it (VERTEX, ATTRIB, SEQEND).
   void setErased(dxf::RecordId record, bool isErased);
 
+  /// The block of an entity that stands in the ENTITIES section and is not part of another: model space, or the paper space
+  /// that stands there too; kNoRecord for all others.
+  dxf::RecordId blockOfEntity(dxf::RecordId entity) const;
   /// Whether `block` is the paper space whose entities stand among those of model space, marked by group 67.
   bool isPaperSpaceAmongEntities(dxf::RecordId block) const;
   /// Name of the block that a record stands for (see forEachBlockEntity()); empty when it stands for none.

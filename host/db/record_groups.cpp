@@ -68,4 +68,14 @@ bool isPartOfEntityBefore(dxf::RecordType type) {
   return type == dxf::RecordType::vertex || type == dxf::RecordType::attrib || type == dxf::RecordType::seqend;
 }
 
+std::vector<dxf::RecordId> withParts(const dxf::DrawingFile& file, dxf::RecordId entity) {
+  std::vector<dxf::RecordId> records;
+  dxf::RecordId record = entity;
+  do {
+    if (!file.isErased(record)) records.push_back(record);
+    record = file.next(record);
+  } while (record != dxf::kNoRecord && isPartOfEntityBefore(file.type(record)));
+  return records;
+}
+
 }  // namespace torva::db

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "dxf/drawing_file.h"
 
@@ -21,6 +22,9 @@ bool isEntity(const dxf::DrawingFile& file, dxf::RecordId record);
 
 /// Whether records of a type belong to the entity before them: vertices, attributes and the end mark of both.
 bool isPartOfEntityBefore(dxf::RecordType type);
+
+/// An entity and the records that are part of it, in their order, erased ones left out.
+std::vector<dxf::RecordId> withParts(const dxf::DrawingFile& file, dxf::RecordId entity);
 
 /// Passes over the groups that applications put between 102 "{NAME" and 102 "}".
 class ApplicationGroups {

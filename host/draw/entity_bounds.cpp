@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/numbers.h"
+#include "db/polyline_flags.h"
 #include "draw/entity_painter.h"
 #include "draw/hatch.h"
 #include "draw/record_readers.h"
@@ -177,7 +178,7 @@ Box3 EntityBounds::insertBox(dxf::RecordId entity, const Facts& facts, Level lev
 Box3 EntityBounds::polylineBox(dxf::RecordId entity, const Facts& facts) {
   const dxf::DrawingFile& file = m_database.file();
   const int flags = facts.values.integer(70);
-  const bool isPlane = isPlanePolyline(flags);
+  const bool isPlane = db::isPlanePolyline(flags);
   PathBox path;
   forEachVertex(file, entity, [&](dxf::RecordId id) {
     Facts vertex;
@@ -190,7 +191,7 @@ Box3 EntityBounds::polylineBox(dxf::RecordId entity, const Facts& facts) {
     }
     KdGePoint3d point = vertex.values.point(10);
     if (isPlane) point.z = facts.values.real(30);
-    if (isPolylinePoint(vertex.values.integer(70))) path.add(point, isPlane ? vertex.values.real(42) : 0);
+    if (db::isPolylinePoint(vertex.values.integer(70))) path.add(point, isPlane ? vertex.values.real(42) : 0);
   });
   const Box3 box = path.box(isPlane);
   return isPlane ? inWorld(box, facts.extrusion) : box;

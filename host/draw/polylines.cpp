@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "db/polyline_flags.h"
 #include "draw/record_values.h"
 
 namespace torva::draw {
 namespace {
 
 constexpr double kSmallestBulge = 1e-9;
-
-enum PolylineFlag { closed = 1, inSpace = 8, mesh = 16, closedAcross = 32, polyface = 64 };
-enum VertexFlag { splineFrame = 16, polyfaceVertex = 64, polyfaceFace = 128 };
 
 struct OldVertex {
   BulgeVertex at;
@@ -30,10 +28,6 @@ std::vector<OldVertex> readVertices(const dxf::DrawingFile& file, dxf::RecordId 
   return vertices;
 }
 
-bool isFace(int vertexFlags) {
-  return (vertexFlags & polyfaceFace) && (vertexFlags & polyfaceVertex) == 0;
-}
-
 void drawMesh(const std::vector<OldVertex>& vertices, int rows, int columns, int flags, Sketch& sketch,
               std::uint32_t appearance) {
   if (rows < 1 || columns < 1) return;
@@ -42,22 +36,22 @@ void drawMesh(const std::vector<OldVertex>& vertices, int rows, int columns, int
   for (std::size_t i = 0; i < m; ++i) {
     std::vector<KdGePoint3d> row;
     for (std::size_t j = 0; j < n; ++j) row.push_back(vertices[i * n + j].at.point);
-    sketch.polyline(std::move(row), flags & closedAcross, appearance);
+    sketch.polyline(std::move(row), flags & db::kPolylineClosedAcross, appearance);
   }
   for (std::size_t j = 0; j < n; ++j) {
     std::vector<KdGePoint3d> column;
     for (std::size_t i = 0; i < m; ++i) column.push_back(vertices[i * n + j].at.point);
-    sketch.polyline(std::move(column), flags & closed, appearance);
+    sketch.polyline(std::move(column), flags & db::kPolylineClosed, appearance);
   }
 }
 
 void drawPolyface(const std::vector<OldVertex>& vertices, Sketch& sketch, std::uint32_t appearance) {
   std::vector<KdGePoint3d> points;
   for (const OldVertex& vertex : vertices) {
-    if (vertex.flags & polyfaceVertex) points.push_back(vertex.at.point);
+    if (vertex.flags & db::kVertexOfPolyface) points.push_back(vertex.at.point);
   }
   for (const OldVertex& vertex : vertices) {
-    if (!isFace(vertex.flags)) continue;
+    if (!db::isPolyfaceFace(vertex.flags)) continue;
     std::vector<KdGePoint3d> face;
     for (const int index : vertex.face) {
       // Negative numbers mark the edges that are not shown; faces are outlined whole all the same.
@@ -69,14 +63,6 @@ void drawPolyface(const std::vector<OldVertex>& vertices, Sketch& sketch, std::u
 }
 
 }  // namespace
-
-bool isPlanePolyline(int flags) {
-  return (flags & (inSpace | mesh | polyface)) == 0;
-}
-
-bool isPolylinePoint(int vertexFlags) {
-  return !isFace(vertexFlags) && (vertexFlags & splineFrame) == 0;
-}
 
 bool isBent(double bulge) {
   return std::abs(bulge) > kSmallestBulge;
@@ -121,7 +107,7 @@ void drawLightweightPolyline(const dxf::Groups& groups, Sketch& sketch, std::uin
     if (group.code == 1001) break;
     if (group.code == 10) vertices.push_back({{group.realOr(0), 0, elevation}, 0});
     if (group.code == 38) elevation = group.realOr(0);
-    if (group.code == 70) isClosed = group.integerOr(0) & closed;
+    if (group.code == 70) isClosed = group.integerOr(0) & db::kPolylineClosed;
     if (vertices.empty()) continue;
     if (group.code == 20) vertices.back().point.y = group.realOr(0);
     if (group.code == 42) vertices.back().bulge = group.realOr(0);
@@ -133,19 +119,19 @@ void drawPolyline(const dxf::DrawingFile& file, dxf::RecordId record, Sketch& oc
   const RecordValues values(file.groups(record));
   const int flags = values.integer(70);
   const std::vector<OldVertex> vertices = readVertices(file, record);
-  if (flags & polyface) return drawPolyface(vertices, world, appearance);
-  if (flags & mesh) return drawMesh(vertices, values.integer(71), values.integer(72), flags, world, appearance);
+  if (flags & db::kPolyface) return drawPolyface(vertices, world, appearance);
+  if (flags & db::kPolylineMesh) return drawMesh(vertices, values.integer(71), values.integer(72), flags, world, appearance);
   std::vector<BulgeVertex> path;
   for (const OldVertex& vertex : vertices) {
-    if (isPolylinePoint(vertex.flags)) path.push_back(vertex.at);
+    if (db::isPolylinePoint(vertex.flags)) path.push_back(vertex.at);
   }
-  if (flags & inSpace) {
+  if (flags & db::kPolylineInSpace) {
     for (BulgeVertex& vertex : path) vertex.bulge = 0;
-    return drawBulged(path, flags & closed, world, appearance);
+    return drawBulged(path, flags & db::kPolylineClosed, world, appearance);
   }
   // A plane polyline lies at the elevation of its own record, whatever its vertices say.
   for (BulgeVertex& vertex : path) vertex.point.z = values.real(30);
-  drawBulged(path, flags & closed, ocs, appearance);
+  drawBulged(path, flags & db::kPolylineClosed, ocs, appearance);
 }
 
 }  // namespace torva::draw

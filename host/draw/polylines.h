@@ -25,11 +25,6 @@ void drawBulged(const std::vector<BulgeVertex>& vertices, bool isClosed, Sketch&
 
 void drawLightweightPolyline(const dxf::Groups& groups, Sketch& sketch, std::uint32_t appearance);
 
-/// Whether the flags (group 70) of a POLYLINE say that it lies in a plane and may have bulges.
-bool isPlanePolyline(int flags);
-/// Whether the flags of a VERTEX say that it is a point that something drawn goes through.
-bool isPolylinePoint(int vertexFlags);
-
 /// Visits the VERTEX records of a POLYLINE, erased ones left out.
 template <class Visit>
 void forEachVertex(const dxf::DrawingFile& file, dxf::RecordId polyline, const Visit& visit) {

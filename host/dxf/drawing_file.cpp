@@ -192,6 +192,11 @@ RecordId DrawingFile::next(RecordId id) const {
   return m_imp->m_edits.next(id);
 }
 
+RecordId DrawingFile::anchor(RecordId id) const {
+  const RecordEdits& edits = m_imp->m_edits;
+  return edits.isInserted(id) ? edits.inserted(id).anchor : id;
+}
+
 RecordId DrawingFile::section(std::string_view name) const {
   const Section* section = m_imp->m_drawing.section(name);
   return section == nullptr ? kNoRecord : section->first;

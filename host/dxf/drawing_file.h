@@ -74,6 +74,8 @@ class DrawingFile {
   RecordId find(Handle handle) const;
   /// The record that follows in the order of saving, new ones in their places, erased ones included; kNoRecord at the end.
   RecordId next(RecordId id) const;
+  /// The original record behind which a new one stands, itself or behind other new ones; an original record's own id.
+  RecordId anchor(RecordId id) const;
   /// The first record of a section by its name ("TABLES"): the SECTION record itself; kNoRecord when there is none.
   RecordId section(std::string_view name) const;
 

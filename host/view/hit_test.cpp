@@ -13,8 +13,10 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kTurn = 2 * std::numbers::pi;
 /// Axes of an ellipse that differ by less than this share make a circle.
 constexpr double kCircleTolerance = 1e-12;
+/// What lies beyond the border of a window by this share of its coordinates counts as within: it is rounding.
+constexpr double kBorderTolerance = 1e-12;
 
-/// In the plane of the view, from the square's center.
+/// In the plane of the view, from the middle of the square or window.
 struct Point2 {
   double x = 0, y = 0;
 
@@ -38,22 +40,23 @@ double segmentDistance(const Point2& a, const Point2& b) {
   return std::abs(cross(a, along)) / std::sqrt(squared);
 }
 
-/// Narrows the part [from, to] of a segment to where one coordinate lies within the square; false when it does nowhere.
-bool clip(double start, double step, double halfSide, double& from, double& to) {
-  if (step == 0) return std::abs(start) <= halfSide;
-  const double a = (-halfSide - start) / step, b = (halfSide - start) / step;
+/// Narrows the part [from, to] of a segment to where one coordinate is at most `half`; false when it is nowhere.
+bool clip(double start, double step, double half, double& from, double& to) {
+  if (step == 0) return std::abs(start) <= half;
+  const double a = (-half - start) / step, b = (half - start) / step;
   from = std::max(from, std::min(a, b));
   to = std::min(to, std::max(a, b));
   return from <= to;
 }
 
-bool segmentMeets(const Point2& a, const Point2& b, double halfSide) {
+/// `half` holds half the width and height of the square or window.
+bool segmentMeets(const Point2& a, const Point2& b, const Point2& half) {
   double from = 0, to = 1;
-  return clip(a.x, b.x - a.x, halfSide, from, to) && clip(a.y, b.y - a.y, halfSide, from, to);
+  return clip(a.x, b.x - a.x, half.x, from, to) && clip(a.y, b.y - a.y, half.y, from, to);
 }
 
-bool isWithin(const Point2& p, double halfSide) {
-  return std::abs(p.x) <= halfSide && std::abs(p.y) <= halfSide;
+bool isWithin(const Point2& p, const Point2& half) {
+  return std::abs(p.x) <= half.x && std::abs(p.y) <= half.y;
 }
 
 /// An elliptical arc seen in the view.
@@ -76,10 +79,11 @@ struct Arc2 {
     return std::abs(x - y) <= kCircleTolerance * x && std::abs(dot(xAxis, yAxis)) <= kCircleTolerance * x;
   }
 
-  bool meets(double halfSide) const {
-    if (isWithin(at(startRad), halfSide) || isWithin(at(startRad + sweepRad), halfSide)) return true;
-    for (const double side : {-halfSide, halfSide}) {
-      if (crosses(xAxis.x, yAxis.x, side - center.x, halfSide) || crosses(xAxis.y, yAxis.y, side - center.y, halfSide))
+  bool meets(const Point2& half) const {
+    if (isWithin(at(startRad), half) || isWithin(at(startRad + sweepRad), half)) return true;
+    for (const double side : {-1.0, 1.0}) {
+      if (crosses(xAxis.x, yAxis.x, side * half.x - center.x, half) ||
+          crosses(xAxis.y, yAxis.y, side * half.y - center.y, half))
         return true;
     }
     return false;
@@ -91,12 +95,12 @@ struct Arc2 {
   }
 
  private:
-  /// Whether the arc meets one side of the square: solves a cos t + b sin t = target.
-  bool crosses(double a, double b, double target, double halfSide) const {
+  /// Whether the arc meets one side: solves a cos t + b sin t = target.
+  bool crosses(double a, double b, double target, const Point2& half) const {
     const double size = std::hypot(a, b);
     if (size < std::abs(target) || size == 0) return false;
     const double middle = std::atan2(b, a), spread = std::acos(target / size);
-    const double allowed = halfSide * (1 + 1e-12);
+    const Point2 allowed{half.x * (1 + kBorderTolerance), half.y * (1 + kBorderTolerance)};
     return (holds(middle + spread) && isWithin(at(middle + spread), allowed)) ||
            (holds(middle - spread) && isWithin(at(middle - spread), allowed));
   }
@@ -130,7 +134,8 @@ struct Arc2 {
 
 class HitTest {
  public:
-  HitTest(const View& view, const PickSquare& square) : m_view(view), m_square(square) {}
+  HitTest(const View& view, const KdGePoint3d& middleDcs, const Point2& half)
+      : m_view(view), m_middleDcs(middleDcs), m_half(half) {}
 
   void operator()(const draw::Polyline& polyline) {
     const Point2 first = seen(polyline.points.front());
@@ -145,7 +150,7 @@ class HitTest {
 
   void operator()(const draw::Arc& arc) {
     const Arc2 flat{seen(arc.center), direction(arc.xAxis), direction(arc.yAxis), arc.startRad, arc.sweepRad};
-    if (!m_isMet) m_isMet = flat.meets(m_square.halfSide);
+    if (!m_isMet) m_isMet = flat.meets(m_half);
     m_distance = std::min(m_distance, flat.distance());
   }
 
@@ -161,7 +166,7 @@ class HitTest {
 
   void operator()(const draw::Text& text) {
     const std::vector<Point2> corners = seen(draw::textCorners(text));
-    HitTest rectangle(m_view, m_square);
+    HitTest rectangle(m_view, m_middleDcs, m_half);
     rectangle.addPath(corners, true);
     m_isMet = m_isMet || rectangle.m_isMet || holdsOrigin(corners);
     const KdGeVector3d along = text.xAxis * draw::nominalTextWidth(text.text);
@@ -181,7 +186,7 @@ class HitTest {
 
   Point2 seen(const KdGePoint3d& world) const {
     const KdGePoint3d p = m_view.toDisplay(world);
-    return {p.x - m_square.centerDcs.x, p.y - m_square.centerDcs.y};
+    return {p.x - m_middleDcs.x, p.y - m_middleDcs.y};
   }
 
   std::vector<Point2> seen(const std::vector<KdGePoint3d>& points) const {
@@ -197,7 +202,7 @@ class HitTest {
   }
 
   void addSegment(const Point2& a, const Point2& b) {
-    if (!m_isMet) m_isMet = segmentMeets(a, b, m_square.halfSide);
+    if (!m_isMet) m_isMet = segmentMeets(a, b, m_half);
     m_distance = std::min(m_distance, segmentDistance(a, b));
   }
 
@@ -212,17 +217,61 @@ class HitTest {
   }
 
   const View& m_view;
-  const PickSquare& m_square;
+  const KdGePoint3d m_middleDcs;
+  const Point2 m_half;
   bool m_isMet = false;
   double m_distance = kInfinity;
 };
 
+/// A shape as the view shows it.
+struct Shown {
+  const View& view;
+
+  draw::Shape operator()(draw::Polyline polyline) const {
+    show(polyline.points);
+    return polyline;
+  }
+  draw::Shape operator()(const draw::Arc& arc) const {
+    return draw::Arc{view.toDisplay(arc.center), direction(arc.xAxis), direction(arc.yAxis), arc.startRad, arc.sweepRad};
+  }
+  draw::Shape operator()(draw::Fill fill) const {
+    for (auto& loop : fill.loops) show(loop);
+    return fill;
+  }
+  draw::Shape operator()(const draw::Text& text) const { return (*this)(draw::Polyline{draw::textCorners(text)}); }
+
+ private:
+  void show(std::vector<KdGePoint3d>& points) const {
+    for (KdGePoint3d& point : points) point = view.toDisplay(point);
+  }
+  KdGeVector3d direction(const KdGeVector3d& v) const { return view.toDisplay(KdGePoint3d() + v) - view.toDisplay({}); }
+};
+
+bool holds(const PickWindow& window, const geom::Box3& boxDcs) {
+  const auto isAtMost = [](double a, double b) { return a <= b + kBorderTolerance * std::max(std::abs(a), std::abs(b)); };
+  return isAtMost(window.minDcs.x, boxDcs.min.x) && isAtMost(boxDcs.max.x, window.maxDcs.x) &&
+         isAtMost(window.minDcs.y, boxDcs.min.y) && isAtMost(boxDcs.max.y, window.maxDcs.y);
+}
+
 }  // namespace
 
 std::optional<double> distanceIfMet(const draw::DisplayList& list, const View& view, const PickSquare& square) {
-  HitTest test(view, square);
+  HitTest test(view, square.centerDcs, {square.halfSide, square.halfSide});
   for (const draw::Primitive& primitive : list.primitives) std::visit(test, primitive.shape);
   return test.result();
+}
+
+bool liesIn(const draw::DisplayList& list, const View& view, const PickWindow& window, WindowRule rule) {
+  if (rule == WindowRule::whole) {
+    return !list.primitives.empty() &&
+           std::all_of(list.primitives.begin(), list.primitives.end(), [&](const draw::Primitive& primitive) {
+             return holds(window, draw::extents(std::visit(Shown{view}, primitive.shape)));
+           });
+  }
+  const KdGeVector3d half = (window.maxDcs - window.minDcs) * 0.5;
+  HitTest test(view, window.minDcs + half, {half.x, half.y});
+  for (const draw::Primitive& primitive : list.primitives) std::visit(test, primitive.shape);
+  return test.result().has_value();
 }
 
 }  // namespace torva::view

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "view/box_index.h"
-#include "view/hit_test.h"
 
 namespace torva::view {
 namespace {
@@ -15,12 +14,15 @@ bool isPlan(const View& view) {
   return direction.x == 0 && direction.y == 0;
 }
 
-geom::Box3 squareInWorld(const PickSquare& square, const View& view) {
-  const double h = square.halfSide;
+PickWindow windowOf(const PickSquare& square) {
+  const KdGeVector3d half{square.halfSide, square.halfSide, 0};
+  return {square.centerDcs - half, square.centerDcs + half};
+}
+
+geom::Box3 inWorld(const PickWindow& window, const View& view) {
+  const KdGePoint3d &a = window.minDcs, &b = window.maxDcs;
   geom::Box3 box;
-  for (const KdGeVector3d corner : {KdGeVector3d{-h, -h, 0}, {h, -h, 0}, {h, h, 0}, {-h, h, 0}}) {
-    box.add(view.toWorld(square.centerDcs + corner));
-  }
+  for (const KdGePoint3d& corner : {a, {b.x, a.y, a.z}, {b.x, b.y, a.z}, {a.x, b.y, a.z}}) box.add(view.toWorld(corner));
   return box;
 }
 
@@ -35,10 +37,20 @@ geom::Box3 inDisplay(const SmallBox& small, const View& view) {
   return result;
 }
 
-bool meets(const geom::Box3& boxDcs, const PickSquare& square) {
-  const KdGePoint3d& c = square.centerDcs;
-  const double h = square.halfSide;
-  return boxDcs.min.x <= c.x + h && boxDcs.max.x >= c.x - h && boxDcs.min.y <= c.y + h && boxDcs.max.y >= c.y - h;
+bool meets(const geom::Box3& boxDcs, const PickWindow& window) {
+  return boxDcs.min.x <= window.maxDcs.x && boxDcs.max.x >= window.minDcs.x && boxDcs.min.y <= window.maxDcs.y &&
+         boxDcs.max.y >= window.minDcs.y;
+}
+
+/// Visits the entities that may show something in a window.
+template <class Visit>
+void forEachNear(const BoxIndex& index, const draw::Drawer& drawer, const PickWindow& window, const View& view,
+                 const Visit& visit) {
+  if (!isPlan(view)) return index.queryIf([&](const SmallBox& box) { return meets(inDisplay(box, view), window); }, visit);
+  const geom::Box3 box = inWorld(window, view);
+  index.query(SmallBox::around(box), [&](dxf::RecordId entity) {
+    if (drawer.mayMeet(entity, box)) visit(entity);
+  });
 }
 
 }  // namespace
@@ -158,16 +170,20 @@ dxf::RecordId Picker::pick(const KdGePoint3d& pointWcs, double halfSide, const V
     const bool isBetter = nearest == dxf::kNoRecord || *distance < least || (*distance == least && entity > nearest);
     if (isBetter) nearest = entity, least = *distance;
   };
-  const BoxIndex& index = m_index->current();
-  if (isPlan(view)) {
-    const geom::Box3 box = squareInWorld(square, view);
-    index.query(SmallBox::around(box), [&](dxf::RecordId entity) {
-      if (m_drawer.mayMeet(entity, box)) consider(entity);
-    });
-  } else {
-    index.queryIf([&](const SmallBox& box) { return meets(inDisplay(box, view), square); }, consider);
-  }
+  forEachNear(m_index->current(), m_drawer, windowOf(square), view, consider);
   return nearest;
+}
+
+std::vector<dxf::RecordId> Picker::pickAll(const PickWindow& window, WindowRule rule, const View& view) {
+  std::vector<dxf::RecordId> found;
+  draw::DisplayList list;
+  forEachNear(m_index->current(), m_drawer, window, view, [&](dxf::RecordId entity) {
+    list.clear();
+    m_drawer.drawShapes(entity, list);
+    if (liesIn(list, view, window, rule)) found.push_back(entity);
+  });
+  std::sort(found.begin(), found.end());
+  return found;
 }
 
 std::vector<dxf::RecordId> Picker::query(const geom::Box3& boxWcs) {

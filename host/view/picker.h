@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "draw/drawer.h"
+#include "view/hit_test.h"
 #include "view/view.h"
 
 namespace torva::view {
@@ -18,6 +19,9 @@ class Picker {
   /// The entity whose drawn geometry is nearest to `pointWcs`, among those that meet the pick square (centre the point, half
   /// side `halfSide` drawing units, in the plane of the view); of equals the later drawn wins. kNoRecord when none meets it.
   dxf::RecordId pick(const KdGePoint3d& pointWcs, double halfSide, const View& view);
+
+  /// The entities of which the whole, or a part, lies in a window, in drawing order.
+  std::vector<dxf::RecordId> pickAll(const PickWindow& window, WindowRule rule, const View& view);
 
   /// Entities whose boxes meet a box of world coordinates (x and y count), in drawing order.
   std::vector<dxf::RecordId> query(const geom::Box3& boxWcs);

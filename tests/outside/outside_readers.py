@@ -10,6 +10,8 @@ import tempfile
 from pathlib import Path
 
 import ezdxf
+from ezdxf import bbox
+from ezdxf.math import Vec3
 
 TOLERANCE = 1e-6
 
@@ -78,6 +80,35 @@ def judge(torvac, drawing, scripts, folder):
     return compared
 
 
+def edited(torvac, drawing, command, out):
+    """The model space of a drawing after a command, in its order; the audit may find nothing new."""
+    run(torvac, drawing, "--command", command, "--output", out)
+    worse = [code for code in audit(out) if code not in audit(drawing)]
+    assert not worse, f"{command}: ezdxf finds {worse}"
+    return list(ezdxf.readfile(out).modelspace())
+
+
+def judge_edits(torvac, drawing, out):
+    """Checks the commands that work on selections; returns the number of entities and lines compared."""
+    before = list(ezdxf.readfile(drawing).modelspace())
+    boxes = [bbox.extents([entity]) for entity in before]
+    way = Vec3(1250, -300, 7)
+    for command, first in (("MOVE", 0), ("COPY", len(before))):
+        after = edited(torvac, drawing, f'{command} ALL "" 0,0,0 {way.x},{way.y},{way.z}', out)[first:]
+        assert [e.dxftype() for e in after] == [e.dxftype() for e in before], f"{command}: other entities"
+        for entity, box in zip(after, boxes):
+            there = bbox.extents([entity])
+            assert there.extmin.isclose(box.extmin + way, abs_tol=TOLERANCE) and there.extmax.isclose(
+                box.extmax + way, abs_tol=TOLERANCE), f"{command}: {entity} is not where it should be"
+    lines = [line[i:i + 2] for run_ in lines_by_ogr(drawing).values() for line in run_ for i in range(len(line) - 1)]
+    pieces = edited(torvac, drawing, 'EXPLODE ' + " ".join(f"#{e.dxf.handle}:0,0" for e in before if e.dxftype() == "MLINE") + ' ""', out)
+    drawn = [[(e.dxf.start.x, e.dxf.start.y), (e.dxf.end.x, e.dxf.end.y)] for e in pieces if e.dxftype() == "LINE"]
+    missing = [line for line in lines if not any(same_lines([line], [piece]) for piece in drawn)]
+    assert not missing, f"EXPLODE: {missing} of the multilines' lines are gone"
+    assert edited(torvac, drawing, 'ERASE ALL ""', out) == [], "ERASE: something is left"
+    return 2 * len(before) + len(lines)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--torvac", required=True)
@@ -91,8 +122,9 @@ def main():
         for script in sorted(options.samples.glob("*.scr")):
             if script.with_suffix(".dxf").exists():
                 compared += judge(options.torvac, script.with_suffix(".dxf"), [script], Path(folder))
-    print(f"{compared} multilines read alike by other programs")
-    return 0 if compared else 1
+        entities = judge_edits(options.torvac, options.samples / "floor-plan.dxf", Path(folder) / "edited.dxf")
+    print(f"{compared} multilines, {entities} edited entities and lines read alike by other programs")
+    return 0 if compared and entities else 1
 
 
 if __name__ == "__main__":

@@ -94,5 +94,41 @@ TEST(HitTest, AgreesWithASampledEllipse) {
   }
 }
 
+TEST(LiesIn, TellsWholeFromPartAndNone) {
+  const Polyline line{{{0, 0, 0}, {10, 4, 0}}, false};
+  const Arc half{{5, 5, 0}, {5, 0, 0}, {0, 5, 0}, 0, std::numbers::pi};
+  const Fill square{{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}}};
+  const draw::Text text{L"HH", {0, 0, 0}, {10, 0, 0}, {0, 10, 0}};
+  const struct {
+    const char* name;
+    draw::Shape shape;
+    PickWindow window;
+    bool isWhole, isPart;
+  } rows[] = {
+      {"line within", line, {{-1, -1, 0}, {11, 5, 0}}, true, true},
+      {"line up to the border", line, {{0, 0, 0}, {10, 4, 0}}, true, true},
+      {"line through a flat window", line, {{2, 0, 0}, {8, 3, 0}}, false, true},
+      {"line beside a flat window, near its middle", line, {{4, 2.5, 0}, {6, 9, 0}}, false, false},
+      {"line over a corner", line, {{-1, 3.5, 0}, {9, 9, 0}}, false, true},
+      {"half circle within", half, {{0, 5, 0}, {10, 10, 0}}, true, true},
+      {"half circle cut above", half, {{-1, 4, 0}, {11, 9.9, 0}}, false, true},
+      {"half circle through a flat window", half, {{0, 9, 0}, {10, 9.5, 0}}, false, true},
+      {"within the half circle", half, {{2, 5, 0}, {8, 8, 0}}, false, false},
+      {"within an area", square, {{2, 3, 0}, {8, 4, 0}}, false, true},
+      {"around an area", square, {{-2, -2, 0}, {12, 11, 0}}, true, true},
+      {"between the strokes of a text", text, {{4, 2, 0}, {6, 3, 0}}, false, true},
+  };
+  for (const auto& row : rows) {
+    draw::DisplayList list;
+    list.primitives.push_back({row.shape, 0});
+    EXPECT_EQ(liesIn(list, View(), row.window, WindowRule::whole), row.isWhole) << row.name;
+    EXPECT_EQ(liesIn(list, View(), row.window, WindowRule::part), row.isPart) << row.name;
+    list.primitives.push_back({Polyline{{{99, 99, 0}, {98, 98, 0}}, false}, 0});
+    EXPECT_FALSE(liesIn(list, View(), row.window, WindowRule::whole)) << row.name << ", something else not";
+    EXPECT_EQ(liesIn(list, View(), row.window, WindowRule::part), row.isPart) << row.name;
+  }
+  EXPECT_FALSE(liesIn({}, View(), {{0, 0, 0}, {1, 1, 0}}, WindowRule::whole)) << "what draws nothing";
+}
+
 }  // namespace
 }  // namespace torva::view

@@ -76,6 +76,26 @@ TEST(Picker, FindsWhatLookingAtAllFinds) {
   }
 }
 
+TEST(Picker, FindsInWindowsWhatLookingAtAllFinds) {
+  const auto database = test::SampleDrawing{.entities = randomEntities(1500, 4)}.open();
+  const draw::Drawer drawer(*database);
+  Picker picker(*database);
+  for (const View& view : {View(), turned(), tilted()}) {
+    const KdGePoint3d at = view.toDisplay({500, 400, 0});
+    const PickWindow window{at, at + KdGeVector3d{220, 90, 0}};
+    for (const WindowRule rule : {WindowRule::whole, WindowRule::part}) {
+      std::vector<dxf::RecordId> expected;
+      for (const dxf::RecordId record : test::entitiesOf(*database)) {
+        draw::DisplayList list;
+        drawer.draw(record, list);
+        if (liesIn(list, view, window, rule)) expected.push_back(record);
+      }
+      EXPECT_GT(expected.size(), 8u);
+      EXPECT_EQ(picker.pickAll(window, rule, view), expected);
+    }
+  }
+}
+
 TEST(Picker, PrefersTheLaterOfEquals) {
   const std::string line = entity("LINE", point(10, 0, 0) + point(11, 10, 0));
   const std::string off = entity("LINE", point(10, 0, 0) + point(11, 10, 0), "OFF");

@@ -1,0 +1,173 @@
+#include "command/selection.h"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "command/editor.h"
+#include "db/record_groups.h"
+
+namespace torva::command {
+
+namespace {
+
+constexpr wchar_t kKeywords[] = L"Window Crossing Last Previous ALL Remove Add";
+
+/// The dialogue of one selection.
+class Selecting {
+ public:
+  explicit Selecting(Editor& editor) : m_editor(editor) {}
+
+  std::vector<dxf::RecordId> run() {
+    while (ask()) {
+    }
+    if (m_isCancelled) return {};
+    return {m_chosen.begin(), m_chosen.end()};
+  }
+
+ private:
+  using Records = std::vector<dxf::RecordId>;
+
+  /// False when the selection is done.
+  bool ask() {
+    if (m_editor.initGet(kKdInitGetNone, kKeywords) != kKdInputNormal) return false;
+    KdDbObjectId id;
+    KdGePoint3d point;
+    switch (m_editor.selectEntity(m_takesOut ? L"Remove objects: " : L"Select objects: ", id, point)) {
+      case kKdInputNormal:
+        take(topLevel(id));
+        return true;
+      case kKdInputKeyword:
+        takeKeyword(m_editor.lastKeyword());
+        return !m_isCancelled;
+      case kKdInputError:
+        if (!m_editor.lastMissed()) return false;
+        take({});
+        return true;
+      default:
+        m_isCancelled = true;
+        return false;
+    }
+  }
+
+  void takeKeyword(const std::wstring& keyword) {
+    if (keyword == L"Remove" || keyword == L"Add") {
+      m_takesOut = keyword == L"Remove";
+    } else if (keyword == L"Window") {
+      takeWindow(view::WindowRule::whole);
+    } else if (keyword == L"Crossing") {
+      takeWindow(view::WindowRule::part);
+    } else {
+      take(keyword == L"Last" ? last() : keyword == L"Previous" ? previous() : all());
+    }
+  }
+
+  void takeWindow(view::WindowRule rule) {
+    KdGePoint3d first, second;
+    int status = m_editor.getPoint(nullptr, L"First corner: ", first);
+    if (status == kKdInputNormal) status = m_editor.getPoint(&first, L"Opposite corner: ", second);
+    m_isCancelled = status == kKdInputCancel;
+    if (status != kKdInputNormal) return;
+    const KdGePoint3d a = m_editor.view().toDisplay(m_editor.toWorld(first));
+    const KdGePoint3d b = m_editor.view().toDisplay(m_editor.toWorld(second));
+    geom::Box3 box;
+    box.add(a);
+    box.add(b);
+    take(m_editor.picker().pickAll({box.min, box.max}, rule, m_editor.view()));
+  }
+
+  Records topLevel(KdDbObjectId id) {
+    const db::Database& database = m_editor.database();
+    const dxf::RecordId record = database.recordOf(id);
+    if (database.blockOfEntity(record) != dxf::kNoRecord) return {record};
+    m_editor.print(L"The entity " + wideFromUtf8(formatHandle(database.file().handle(record))) +
+                   L" is part of a block or of another entity.");
+    return {};
+  }
+
+  bool isVisible(dxf::RecordId record) { return m_editor.picker().drawer().isVisible(record); }
+
+  Records all() {
+    Records found;
+    m_editor.database().forEachModelSpaceEntity([&](dxf::RecordId record) {
+      if (isVisible(record)) found.push_back(record);
+    });
+    return found;
+  }
+
+  Records last() {
+    const db::Database& database = m_editor.database();
+    const dxf::RecordId modelSpace = database.recordOf(database.modelSpaceId());
+    Records entities;
+    database.forEachEntity([&](dxf::RecordId record) { entities.push_back(record); });
+    const auto isMeant = [&](dxf::RecordId record) {
+      return database.blockOfEntity(record) == modelSpace && isVisible(record);
+    };
+    const auto found = std::find_if(entities.rbegin(), entities.rend(), isMeant);
+    return found == entities.rend() ? Records() : Records{*found};
+  }
+
+  Records previous() {
+    const db::Database& database = m_editor.database();
+    Records found;
+    for (const KdDbObjectId id : m_editor.previousSelection()) {
+      const dxf::RecordId record = database.recordOf(id);
+      if (record != dxf::kNoRecord && !database.file().isErased(record)) found.push_back(record);
+    }
+    return found;
+  }
+
+  void take(const Records& found) {
+    const bool hadSome = !m_chosen.empty();
+    std::size_t changed = 0;
+    for (const dxf::RecordId record : found) changed += m_takesOut ? m_chosen.erase(record) : m_chosen.insert(record).second;
+    std::wstring text = std::to_wstring(found.size()) + L" found";
+    if (m_takesOut) {
+      text += L", " + std::to_wstring(changed) + L" removed";
+    } else if (changed < found.size()) {
+      text += L" (" + std::to_wstring(found.size() - changed) + L" chosen before)";
+    }
+    if (hadSome) text += L", " + std::to_wstring(m_chosen.size()) + L" total";
+    m_editor.print(text);
+  }
+
+  Editor& m_editor;
+  std::set<dxf::RecordId> m_chosen;
+  bool m_takesOut = false;
+  bool m_isCancelled = false;
+};
+
+bool isOnLockedLayer(const db::Database& database, dxf::RecordId entity) {
+  constexpr std::int64_t kLocked = 4;
+  const std::wstring layer = db::firstText(database.file(), entity, 8);
+  const dxf::RecordId record = database.findSymbol(dxf::RecordType::layer, layer);
+  if (record == dxf::kNoRecord) return false;
+  const auto flags = db::firstGroup(database.file().groups(record), 70);
+  return flags && (flags->integerOr(0) & kLocked);
+}
+
+void leaveOutLocked(Editor& editor, std::vector<dxf::RecordId>& entities) {
+  const auto isLocked = [&](dxf::RecordId entity) { return isOnLockedLayer(editor.database(), entity); };
+  const std::size_t count = std::erase_if(entities, isLocked);
+  if (count == 0) return;
+  const std::string text = count == 1 ? "1 entity is on a locked layer and left as it is"
+                                      : std::to_string(count) + " entities are on locked layers and left as they are";
+  editor.report({ErrorCode::notApplicable, text}, Fault::script);
+}
+
+}  // namespace
+
+std::vector<dxf::RecordId> selectObjects(Editor& editor, SelectionUse use) {
+  std::vector<dxf::RecordId> entities = Selecting(editor).run();
+  if (entities.empty()) return entities;
+  std::vector<KdDbObjectId>& previous = editor.previousSelection();
+  previous.clear();
+  for (const dxf::RecordId entity : entities) previous.push_back(editor.database().idOf(entity));
+  if (use == SelectionUse::change) leaveOutLocked(editor, entities);
+  return entities;
+}
+
+}  // namespace torva::command
