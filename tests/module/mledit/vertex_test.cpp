@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <random>
 
 #include "module/mledit/drawing.h"
 #include "module/mledit/engine.h"
@@ -176,45 +175,6 @@ TEST(DeleteVertex, KeepsTheLeastNumberOfVertices) {
   const auto square = makeMline(kSquare);
   for (int i = 0; i < 3; ++i) remove(*square, 0);
   EXPECT_EQ(square->numVertices(), 3);
-}
-
-TEST(Vertices, AddedAndDeletedAgainLeaveTheMultilineAsItWas) {
-  constexpr unsigned kSeed = 1203;
-  SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
-  std::mt19937 random(kSeed);
-  std::uniform_real_distribution<double> turn(-1, 1), length(15, 30), share(0.1, 0.9);
-  for (int round = 0; round < 300; ++round) {
-    MlineSketch sketch;
-    sketch.isClosed = round % 3 == 2;
-    const int segments = 1 + round % 7 + (sketch.isClosed ? 2 : 0);
-    const double size = round % 5 == 4 ? 1e-3 : 1, radius = 100;
-    double angle = turn(random) * 3;
-    for (int i = 0; i <= segments; ++i) {
-      const double reach = size * (radius + length(random));
-      angle += 6.28 / (segments + 1);
-      sketch.path.push_back({reach * std::cos(angle), reach * std::sin(angle), size * 7});
-    }
-    for (int e = 0; e <= round % 16; ++e) sketch.distances.push_back(size * 0.25 * (e - round % 4) * (round % 2 ? -1 : 1));
-    const auto mline = makeMline(sketch);
-    const auto before = makeMline(sketch);
-    const int last = sketch.isClosed ? segments : segments - 1;
-    const int segment = std::uniform_int_distribution<int>(0, last)(random);
-    const KdGeVector3d side = mline->vertexAt((segment + 1) % (segments + 1)) - mline->vertexAt(segment);
-    addAt(*mline, segment, round % static_cast<int>(sketch.distances.size()), side.length() * share(random));
-    ASSERT_EQ(mline->numVertices(), segments + 2) << "round " << round;
-    remove(*mline, segment + 1);
-    ASSERT_EQ(mline->numVertices(), segments + 1) << "round " << round;
-    for (int v = 0; v <= segments; ++v) {
-      for (int e = 0; e < static_cast<int>(sketch.distances.size()); ++e) {
-        const auto pointOf = [&](const KdDbMline& m) { return m.vertexAt(v) + m.miterAt(v) * listOf(m, v, e)[0]; };
-        EXPECT_NEAR((pointOf(*mline) - pointOf(*before)).length(), 0, 1e-9 * size * radius)
-            << "round " << round << " at " << v;
-        EXPECT_EQ(listOf(*mline, v, e).size(), 2u);
-        EXPECT_NEAR(listOf(*mline, v, e)[1], 0, 1e-12);
-      }
-      EXPECT_NEAR((mline->axisAt(v) - before->axisAt(v)).length(), 0, 1e-9);
-    }
-  }
 }
 
 class VertexRun : public ToolRun {

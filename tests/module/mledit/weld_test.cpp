@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <random>
 
 #include "module/mledit/drawing.h"
 #include "module/mledit/engine.h"
@@ -147,56 +146,6 @@ TEST_F(WeldRun, UndoOpensTheGapAgain) {
   m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
   m_drawing.run("WA\n" + pick(wall, 3, 0) + pick(wall, 9, 0) + "undo\n\n");
   EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0, 5, 8));
-}
-
-TEST_F(WeldRun, AfterACutBetweenTheSamePicksRestoresTheMultiline) {
-  constexpr unsigned kSeed = 903;
-  SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
-  std::mt19937 random(kSeed);
-  std::uniform_real_distribution<double> turn(-1, 1), length(15, 30), share(0.25, 0.75);
-  m_drawing.editor().view().set({0, 0, 0}, 20);  // a tolerance well below every gap
-  int rounds = 0, cuts = 0;
-  for (int round = 0; round < 150; ++round) {
-    MlineSketch sketch;
-    KdGePoint3d at{round % 3 * 1e4, 0, 0};
-    double angle = turn(random) * 3;
-    const int segments = 1 + round % 6;
-    for (int i = 0; i <= segments; ++i) {
-      sketch.path.push_back(at);
-      angle += turn(random);
-      const double step = length(random);
-      at = {at.x + step * std::cos(angle), at.y + step * std::sin(angle), 0};
-    }
-    for (int e = 0; e <= round % 16; ++e) sketch.distances.push_back(0.25 * (e - round % 4));
-    const auto wall = m_drawing.addMline(sketch);
-    if (round % 2) m_drawing.edit(wall, [](KdDbMline& mline) { ASSERT_EQ(mline.setNormal({0, 0, -1}), KdStatus::ok); });
-    const auto before = m_drawing.listsOf(wall);
-    std::uniform_int_distribution<std::size_t> segment(0, static_cast<std::size_t>(segments) - 1);
-    double alongPath = 0;
-    const auto onPath = [&] {
-      const std::size_t s = segment(random);
-      const KdGePoint3d a = sketch.path[s], b = sketch.path[s + 1];
-      const KdGeVector3d along = (b - a).normal(), left{-along.y, along.x, 0};
-      const double part = share(random);
-      const KdGePoint3d p = a + (b - a) * part + left * sketch.distances.front();
-      alongPath = static_cast<double>(s) + part - alongPath;
-      std::ostringstream text;
-      text.precision(17);
-      text << '#' << std::uppercase << std::hex << wall << ':' << p.x << ',' << p.y << '\n';
-      return text.str();
-    };
-    std::string picks = onPath();
-    picks += onPath();
-    // A gap shorter than the tolerance is not seen as one.
-    if (std::abs(alongPath) < 0.02) continue;
-    ++rounds;
-    m_drawing.run("CA\n" + picks + "\n");
-    cuts += m_drawing.listsOf(wall) != before;
-    m_drawing.run("WA\n" + picks + "\n");
-    EXPECT_EQ(m_drawing.listsOf(wall), before) << "round " << round << ' ' << picks;
-  }
-  EXPECT_GT(rounds, 130);
-  EXPECT_EQ(cuts, rounds);
 }
 
 }  // namespace
