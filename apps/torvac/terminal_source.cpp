@@ -79,10 +79,10 @@ TerminalSource::TerminalSource() {
 
 TerminalSource::~TerminalSource() = default;
 
-TerminalSource::Line TerminalSource::next(const std::wstring& prompt) {
+TerminalSource::Line TerminalSource::next(const torva::command::Question& question) {
   std::fflush(stdout);
   if (takeInterrupt()) return {Kind::interrupt};
-  const char* read = m_editing->read(torva::utf8FromWide(prompt));
+  const char* read = m_editing->read(torva::utf8FromWide(question.prompt));
   if (!read) {
     const Kind kind = takeInterrupt() ? Kind::interrupt : Kind::end;
     if (kind == Kind::interrupt) m_editing->reset();

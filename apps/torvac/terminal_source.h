@@ -12,7 +12,7 @@ class TerminalSource final : public torva::command::InputSource {
   TerminalSource();
   ~TerminalSource() override;
 
-  Line next(const std::wstring& prompt) override;
+  Line next(const torva::command::Question& question) override;
   std::string name() const override { return {}; }
   bool echoes() const override { return false; }
 

@@ -102,7 +102,7 @@ bool Editor::hasUnsavedChanges() const {
 Fault Editor::run(InputSource& source, OnFault onFault) {
   Session::Input outer = std::exchange(m_session->input, Session::Input{&source});
   while (!isQuitRequested()) {
-    const Answer answer = m_session->ask(L"Command: ");
+    const Answer answer = m_session->ask({Question::Kind::command, L"Command: "});
     if (answer.kind == Answer::Kind::text) execute(answer.text);
     if (m_session->input.hasEnded) break;
     if (m_session->input.fault != Fault::none && onFault == OnFault::stop) break;

@@ -29,6 +29,9 @@ enum class OnFault { goOn, stop };
 /// Whether a blank ends a text answer, or only the line's end does.
 enum class Blanks { endAnswer, belongToAnswer };
 
+/// Whether an entity is asked for alone or as one of a selection.
+enum class Picks { one, many };
+
 /// What saving does with a file that another program changed since it was opened.
 enum class ChangedFile { keep, replace };
 
@@ -84,8 +87,13 @@ class TORVA_API Editor {
 
   // What the kded functions and the built-in commands ask; statuses as in <kdrx/ed.h>.
   int initGet(int flags, const wchar_t* keywords);
+  /// What the next input call may show for the cursor; to be called after initGet(), which takes it back.
+  void offerPreview(Preview preview);
   int getKeyword(const std::wstring& prompt, std::wstring& keyword);
-  int selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs);
+  /// @param picks whether it is one of several that are chosen, also by windows
+  int selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs, Picks picks = Picks::one);
+  /// The corner of a window opposite to `firstUcs`.
+  int getCorner(const KdGePoint3d& firstUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
   int getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
   int getReal(const std::wstring& prompt, double& value);
   /// Asks for a number, or a point, which gives its distance from `baseUcs`.
@@ -132,6 +140,7 @@ class TORVA_API Editor {
   void closeLeftovers(const std::wstring& commandName);
   /// Reports findings about a drawing as warnings, the first of many.
   void warnOf(const std::vector<dxf::Finding>& findings, const std::string& path, dxf::Form form);
+  int askPoint(Question question, KdGePoint3d& pointUcs);
   int pickByHandle(std::uint64_t handle, KdDbObjectId& id);
   int pickByPoint(const KdGePoint3d& pointUcs, KdDbObjectId& id);
   int miss();

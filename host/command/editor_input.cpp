@@ -33,29 +33,44 @@ int Editor::initGet(int flags, const wchar_t* keywords) {
   return kKdInputNormal;
 }
 
+void Editor::offerPreview(Preview preview) {
+  m_session->restrictions.preview = std::move(preview);
+}
+
 const std::wstring& Editor::lastKeyword() const {
   return m_session->lastKeyword;
 }
 
 int Editor::getKeyword(const std::wstring& prompt, std::wstring& keyword) {
   const auto acceptNone = [](const std::wstring&, int) { return std::optional<int>(); };
-  const int status = m_session->request(prompt, L"", Blanks::endAnswer, acceptNone);
+  const int status = m_session->request({Question::Kind::keyword, prompt}, acceptNone);
   if (status != kKdInputKeyword) return status;
   keyword = m_session->lastKeyword;
   return kKdInputNormal;
 }
 
 int Editor::getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs) {
+  Question question{Question::Kind::point, prompt};
+  if (baseUcs) question.base = *baseUcs;
+  return askPoint(std::move(question), pointUcs);
+}
+
+int Editor::getCorner(const KdGePoint3d& firstUcs, const std::wstring& prompt, KdGePoint3d& pointUcs) {
+  return askPoint({Question::Kind::corner, prompt, {}, firstUcs}, pointUcs);
+}
+
+int Editor::askPoint(Question question, KdGePoint3d& pointUcs) {
+  const std::optional<KdGePoint3d> base = question.base;
   const auto accept = [&](const std::wstring& text, int) -> std::optional<int> {
     PointContext context = pointContext(*this);
-    if (baseUcs) context.last = *baseUcs;
+    if (base) context.last = *base;
     const auto point = parsePoint(text, context);
     if (!point) return std::nullopt;
     pointUcs = *point;
     m_variables.setInternally(L"LASTPOINT", pointUcs);
     return kKdInputNormal;
   };
-  return m_session->request(prompt, L"a point", Blanks::endAnswer, accept);
+  return m_session->request(std::move(question), accept);
 }
 
 int Editor::getReal(const std::wstring& prompt, double& value) {
@@ -65,7 +80,7 @@ int Editor::getReal(const std::wstring& prompt, double& value) {
     value = *number;
     return kKdInputNormal;
   };
-  return m_session->request(prompt, L"a number", Blanks::endAnswer, accept);
+  return m_session->request({Question::Kind::real, prompt}, accept);
 }
 
 int Editor::getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, double& value) {
@@ -76,7 +91,7 @@ int Editor::getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, 
     value = *distance;
     return kKdInputNormal;
   };
-  return m_session->request(prompt, L"a distance", Blanks::endAnswer, accept);
+  return m_session->request({Question::Kind::distance, prompt, {}, baseUcs}, accept);
 }
 
 int Editor::getInteger(const std::wstring& prompt, int& value) {
@@ -86,7 +101,7 @@ int Editor::getInteger(const std::wstring& prompt, int& value) {
     value = static_cast<int>(*number);
     return kKdInputNormal;
   };
-  return m_session->request(prompt, L"a whole number", Blanks::endAnswer, accept);
+  return m_session->request({Question::Kind::integer, prompt}, accept);
 }
 
 int Editor::getString(const std::wstring& prompt, Blanks blanks, std::wstring& text) {
@@ -94,10 +109,11 @@ int Editor::getString(const std::wstring& prompt, Blanks blanks, std::wstring& t
     text = answer;
     return kKdInputNormal;
   };
-  return m_session->request(prompt, L"a text", blanks, accept);
+  const auto kind = blanks == Blanks::endAnswer ? Question::Kind::word : Question::Kind::text;
+  return m_session->request({kind, prompt}, accept);
 }
 
-int Editor::selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs) {
+int Editor::selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs, Picks picks) {
   const auto pickAt = [&](const KdGePoint3d& point) {
     pointUcs = point;
     m_variables.setInternally(L"LASTPOINT", point);
@@ -113,7 +129,8 @@ int Editor::selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint
     pickAt(*point);
     return pickByPoint(*point, id);
   };
-  const int status = m_session->request(prompt, L"a point or #handle:point", Blanks::endAnswer, accept);
+  const auto kind = picks == Picks::one ? Question::Kind::entity : Question::Kind::selection;
+  const int status = m_session->request({kind, prompt}, accept);
   if (status != kKdInputNone) return status;
   m_variables.setInternally(L"ERRNO", static_cast<int>(kKdErrnoEmptyAnswer));
   return kKdInputError;

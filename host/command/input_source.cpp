@@ -52,7 +52,7 @@ std::unique_ptr<ScriptSource> ScriptSource::standardInput() {
   return std::unique_ptr<ScriptSource>(new ScriptSource(STDIN_FILENO, {}, "standard input"));
 }
 
-InputSource::Line ScriptSource::next(const std::wstring&) {
+InputSource::Line ScriptSource::next(const Question&) {
   std::string line;
   const Read result = readLine(line);
   if (result == Read::end) return {Kind::end, {}, m_lineNumber};

@@ -6,6 +6,7 @@
 
 #include "base/export.h"
 #include "base/result.h"
+#include "command/question.h"
 
 namespace torva::command {
 
@@ -25,8 +26,8 @@ class TORVA_API InputSource {
     std::wstring text = {};
     std::size_t number = 0;  ///< Line number in the source, from 1; 0 when it has none.
   };
-  /// The next line. May show `prompt` and wait.
-  virtual Line next(const std::wstring& prompt) = 0;
+  /// The next line. May show the question and wait.
+  virtual Line next(const Question& question) = 0;
   /// Name for messages: the script's path; empty for a terminal.
   virtual std::string name() const = 0;
   /// Whether the prompts and answers have to be printed for the reader to see them (scripts), or are seen already
@@ -49,7 +50,7 @@ class TORVA_API ScriptSource final : public InputSource {
   static std::unique_ptr<ScriptSource> standardInput();
   ~ScriptSource() override;
 
-  Line next(const std::wstring& prompt) override;
+  Line next(const Question& question) override;
   std::string name() const override { return m_name; }
   bool echoes() const override { return true; }
 

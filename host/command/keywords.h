@@ -15,6 +15,7 @@ class Keywords {
   static std::optional<Keywords> parse(std::wstring_view list);
 
   bool isEmpty() const { return m_names.empty(); }
+  const std::vector<std::wstring>& names() const { return m_names; }
 
   /// The keyword that an answer means, in its full spelling, case aside. In this order: the name itself; its short form (its
   /// capitals and digits); the beginning of exactly one name. An underscore before the answer is passed over. Null for none.

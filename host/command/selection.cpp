@@ -36,7 +36,7 @@ class Selecting {
     if (m_editor.initGet(kKdInitGetNone, kKeywords) != kKdInputNormal) return false;
     KdDbObjectId id;
     KdGePoint3d point;
-    switch (m_editor.selectEntity(m_takesOut ? L"Remove objects: " : L"Select objects: ", id, point)) {
+    switch (m_editor.selectEntity(m_takesOut ? L"Remove objects: " : L"Select objects: ", id, point, Picks::many)) {
       case kKdInputNormal:
         take(topLevel(id));
         return true;
@@ -68,7 +68,7 @@ class Selecting {
   void takeWindow(view::WindowRule rule) {
     KdGePoint3d first, second;
     int status = m_editor.getPoint(nullptr, L"First corner: ", first);
-    if (status == kKdInputNormal) status = m_editor.getPoint(&first, L"Opposite corner: ", second);
+    if (status == kKdInputNormal) status = m_editor.getCorner(first, L"Opposite corner: ", second);
     m_isCancelled = status == kKdInputCancel;
     if (status != kKdInputNormal) return;
     const KdGePoint3d a = m_editor.view().toDisplay(m_editor.toWorld(first));

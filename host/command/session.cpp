@@ -31,19 +31,21 @@ std::wstring inQuotes(std::wstring_view text) {
   return L'"' + shown + L'"';
 }
 
-Answer Editor::Session::ask(const std::wstring& prompt, Blanks blanks) {
+Answer Editor::Session::ask(const Question& question) {
   while (input.line.isExhausted()) {
     if (!input.source || input.hasEnded) return {Answer::Kind::cancel};
-    takeLine(input.source->next(std::wstring(withoutLineEnds(prompt))), prompt);
+    Question shown = question;
+    shown.prompt = withoutLineEnds(question.prompt);
+    takeLine(input.source->next(shown), question.prompt);
   }
   const bool wasTypedAtPrompt = input.line.isFresh() && !input.source->echoes();
-  Answer answer = blanks == Blanks::endAnswer ? input.line.next() : input.line.rest();
+  Answer answer = question.kind == Question::Kind::text ? input.line.rest() : input.line.next();
   // Enter and ^C at the command prompt do nothing, so there is nothing to see.
   const bool doesNothing = running.name.empty() && answer.kind != Answer::Kind::text;
   if (wasTypedAtPrompt) {
     m_isAtLineStart = true;
   } else if (!doesNothing) {
-    echo(prompt, answer);
+    echo(question.prompt, answer);
   }
   return answer;
 }

@@ -8,6 +8,7 @@
 #include "command/answer_line.h"
 #include "command/editor.h"
 #include "command/keywords.h"
+#include "command/question.h"
 
 namespace torva::command {
 
@@ -35,10 +36,11 @@ class TORVA_INTERNAL Editor::Session {
   };
   Running running;
 
-  /// Restrictions of the next input call.
+  /// Restrictions of the next input call, and what it shows meanwhile.
   struct Restrictions {
     int flags = kKdInitGetNone;
     Keywords keywords = {};
+    Preview preview = {};
   };
   Restrictions restrictions;
 
@@ -53,13 +55,13 @@ class TORVA_INTERNAL Editor::Session {
 
   /// The next answer, or all that is left of the line. A source that has ended or cannot be read gives cancels; the first
   /// time inside a command that is reported.
-  Answer ask(const std::wstring& prompt, Blanks blanks = Blanks::endAnswer);
+  Answer ask(const Question& question);
 
   /// Asks until `accept` takes the answer, and returns its status. Consumes the restrictions.
+  /// @param question without keywords and preview, which the restrictions hold
   /// @param accept gives a status, or nothing for an answer that is to be asked for again
-  /// @param expected what the answer should be, for the message when it is none
   template <class Accept>
-  int request(const std::wstring& prompt, std::wstring_view expected, Blanks blanks, Accept accept);
+  int request(Question question, Accept accept);
 
   void write(std::wstring_view text);
   /// Writes on a line of its own.
@@ -82,11 +84,13 @@ class TORVA_INTERNAL Editor::Session {
 std::wstring inQuotes(std::wstring_view text);
 
 template <class Accept>
-int Editor::Session::request(const std::wstring& prompt, std::wstring_view expected, Blanks blanks, Accept accept) {
+int Editor::Session::request(Question question, Accept accept) {
   const Restrictions now = std::exchange(restrictions, {});
+  question.keywords = now.keywords.names();
+  question.preview = now.preview;
   lastKeyword.clear();
   for (;;) {
-    const Answer answer = ask(prompt, blanks);
+    const Answer answer = ask(question);
     if (answer.kind == Answer::Kind::cancel) return kKdInputCancel;
     if (answer.kind == Answer::Kind::empty) {
       if (!(now.flags & kKdNoEmptyAnswer)) return kKdInputNone;
@@ -96,7 +100,7 @@ int Editor::Session::request(const std::wstring& prompt, std::wstring_view expec
     } else if (const std::optional<int> status = accept(answer.text, now.flags)) {
       return *status;
     }
-    refuse(answer.text, expected, now.keywords);
+    refuse(answer.text, expectedAnswer(question.kind), now.keywords);
   }
 }
 

@@ -58,6 +58,22 @@ struct ShapeExtents {
   geom::Box3 operator()(const Text& text) const { return pointExtents(textCorners(text)); }
 };
 
+struct Displacement {
+  KdGeVector3d by;
+
+  void operator()(Polyline& polyline) const { move(polyline.points); }
+  void operator()(Arc& arc) const { arc.center = arc.center + by; }
+  void operator()(Fill& fill) const {
+    for (auto& loop : fill.loops) move(loop);
+  }
+  void operator()(Text& text) const { text.origin = text.origin + by; }
+
+ private:
+  void move(std::vector<KdGePoint3d>& points) const {
+    for (KdGePoint3d& point : points) point = point + by;
+  }
+};
+
 }  // namespace
 
 KdGePoint3d Arc::at(double angleRad) const {
@@ -79,6 +95,10 @@ void DisplayList::clear() {
 
 geom::Box3 extents(const Shape& shape) {
   return std::visit(ShapeExtents{}, shape);
+}
+
+void displace(DisplayList& list, const KdGeVector3d& displacementWcs) {
+  for (Primitive& primitive : list.primitives) std::visit(Displacement{displacementWcs}, primitive.shape);
 }
 
 geom::Box3 extents(const DisplayList& list) {

@@ -20,6 +20,13 @@ struct Appearance {
   std::vector<double> dashes;       ///< Linetype in drawing units: positive dash, negative gap, 0 dot; empty: continuous.
   int lineweightHundredthsMm = -3;  ///< -3: the default width.
 
+  /// Continuous lines of the default width in the foreground color.
+  static Appearance foreground() {
+    Appearance appearance;
+    appearance.isForeground = true;
+    return appearance;
+  }
+
   bool operator==(const Appearance&) const = default;
 };
 
@@ -67,6 +74,9 @@ struct DisplayList {
   std::uint32_t indexOf(const Appearance& appearance);
   void clear();
 };
+
+/// Moves all primitives.
+void displace(DisplayList& list, const KdGeVector3d& displacementWcs);
 
 /// Extents of the primitives in world coordinates; empty for an empty list. Arcs by their true extents, texts by
 /// textCorners().

@@ -3,6 +3,8 @@
 #include "draw/entity_bounds.h"
 #include "draw/entity_look.h"
 #include "draw/entity_painter.h"
+#include "draw/mline_shape.h"
+#include "draw/sketch.h"
 #include "draw/symbols.h"
 
 namespace torva::draw {
@@ -85,6 +87,14 @@ void Drawer::draw(dxf::RecordId entity, DisplayList& list) const {
 void Drawer::drawShapes(dxf::RecordId entity, DisplayList& list) const {
   refresh();
   EntityPainter(m_imp->database, m_imp->symbols, Looks::none).paint(entity, list);
+}
+
+void Drawer::drawShapes(const db::MlineData& mline, DisplayList& list) const {
+  refresh();
+  MlineAppearances appearances;
+  appearances.fill = appearances.other = list.indexOf(Appearance::foreground());
+  Sketch sketch(list, geom::Transform());
+  drawMline(mline, m_imp->symbols.mlineStyle(mline.styleHandle, mline.styleName), appearances, sketch);
 }
 
 geom::Box3 Drawer::bounds(dxf::RecordId entity) const {

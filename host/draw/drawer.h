@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "db/database.h"
+#include "db/mline_data.h"
 #include "draw/display_list.h"
 #include "geom/box.h"
 
@@ -21,6 +22,9 @@ class Drawer {
 
   /// The same shapes, all in one appearance: for finding places, and cheaper.
   void drawShapes(dxf::RecordId entity, DisplayList& list) const;
+
+  /// Those of a multiline that is no entity, in its style as the drawing has it.
+  void drawShapes(const db::MlineData& mline, DisplayList& list) const;
 
   /// A box in world coordinates that holds all that draw() gives, without building it: at most slightly too large (texts,
   /// curves by their control points), never too small. Empty when nothing is drawn.

@@ -275,8 +275,8 @@ TEST(Editor, undoTakesCommandsBackOneByOne) {
 class FakeTerminal final : public InputSource {
  public:
   explicit FakeTerminal(std::vector<Line> lines) : m_lines(std::move(lines)) {}
-  Line next(const std::wstring& prompt) override {
-    prompts.push_back(prompt);
+  Line next(const Question& question) override {
+    prompts.push_back(question.prompt);
     return m_next < m_lines.size() ? m_lines[m_next++] : Line{Kind::end};
   }
   std::string name() const override { return {}; }

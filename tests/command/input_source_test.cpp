@@ -14,7 +14,7 @@ using Kind = InputSource::Kind;
 std::vector<std::wstring> linesOf(InputSource& source) {
   std::vector<std::wstring> lines;
   for (;;) {
-    const InputSource::Line line = source.next(L"");
+    const InputSource::Line line = source.next({});
     if (line.kind != Kind::line) break;
     lines.push_back(line.text);
     EXPECT_EQ(line.number, lines.size());
@@ -67,7 +67,7 @@ TEST(ScriptSource, refusesWhatIsNoScript) {
 TEST(ScriptSource, endsAtALineWithoutEnd) {
   auto source = ScriptSource::open("/dev/zero");
   ASSERT_TRUE(source);
-  EXPECT_EQ((*source)->next(L"").kind, Kind::failure);
+  EXPECT_EQ((*source)->next({}).kind, Kind::failure);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "command/commands/circle_command.h"
 
 #include <cmath>
+#include <numbers>
 #include <optional>
 
 #include "command/editor.h"
@@ -41,13 +42,27 @@ bool askPoint(Editor& editor, const KdGePoint3d& first, const std::wstring& prom
   return true;
 }
 
+/// Shows the circle whose radius is a share of the distance to the cursor.
+Preview circlePreview(Editor& editor, const KdGePoint3d& center, double share) {
+  return [&editor, center, share](const Cursor& cursor) {
+    const double radius = center.distanceTo(cursor.pointUcs) * share;
+    const auto& plane = editor.userPlane();
+    draw::DisplayList list;
+    const draw::Arc whole{plane.toWorld(center), plane.x * radius, plane.y * radius, 0, 2 * std::numbers::pi};
+    list.primitives.push_back({whole, list.indexOf(draw::Appearance::foreground())});
+    return list;
+  };
+}
+
 std::optional<Circle> askRadius(Editor& editor, const KdGePoint3d& center) {
   Circle circle{center};
   constexpr int kPositive = kKdNoZero | kKdNoNegative | kKdNoEmptyAnswer;
   if (editor.initGet(kPositive, L"Diameter") != kKdInputNormal) return std::nullopt;
+  editor.offerPreview(circlePreview(editor, center, 1));
   const int status = editor.getDistance(center, L"Specify radius of circle or [Diameter]: ", circle.radius);
   if (status == kKdInputNormal) return circle;
   if (status != kKdInputKeyword || editor.initGet(kPositive, nullptr) != kKdInputNormal) return std::nullopt;
+  editor.offerPreview(circlePreview(editor, center, 0.5));
   if (editor.getDistance(center, L"Specify diameter of circle: ", circle.radius) != kKdInputNormal) return std::nullopt;
   circle.radius /= 2;
   return circle;

@@ -5,8 +5,8 @@
 #include <sys/stat.h>
 
 #include "base/text.h"
+#include "command/confirmation.h"
 #include "command/editor.h"
-#include "command/questions.h"
 
 namespace torva::command {
 

@@ -110,6 +110,7 @@ void askPath(Editor& editor, MlineRun& run) {
     const bool canClose = run.canClose();
     if (editor.initGet(kKdInitGetNone, canClose ? L"Close Undo" : L"Undo") != kKdInputNormal) return;
     const std::wstring prompt = canClose ? L"Specify next point or [Close/Undo]: " : L"Specify next point or [Undo]: ";
+    editor.offerPreview([&](const Cursor& cursor) { return run.preview(cursor.pointUcs); });
     KdGePoint3d point;
     const int status = editor.getPoint(&run.lastPoint(), prompt, point);
     if (status != kKdInputNormal && status != kKdInputKeyword) return;

@@ -35,13 +35,29 @@ bool MlineRun::canClose() const {
   return m_path.size() >= kLeastClosed;
 }
 
+bool MlineRun::runsBackAt(const KdGePoint3d& point) const {
+  return m_path.size() > 1 && runsBack(m_path[m_path.size() - 2], m_path.back(), point);
+}
+
+draw::DisplayList MlineRun::preview(const KdGePoint3d& point) const {
+  const KdGePoint3d next = onPathLevel(point);
+  db::Database& drawing = m_editor.database();
+  const dxf::RecordId style = db::findMlineStyle(drawing, currentStyleName());
+  draw::DisplayList list;
+  if (style == dxf::kNoRecord || next.isEqualTo(m_path.back()) || runsBackAt(next)) return list;
+  std::vector<KdGePoint3d> path(m_path.end() - std::min<std::ptrdiff_t>(2, std::ssize(m_path)), m_path.end());
+  path.push_back(next);
+  const auto mline = make(style, path);
+  if (!mline) return list;
+  const auto* imp = static_cast<db::MlineImp*>(KdDbSystemInternals::getImpObject(mline.get()));
+  m_editor.picker().drawer().drawShapes(imp->data(), list);
+  return list;
+}
+
 MlineRun::Step MlineRun::append(KdGePoint3d point) {
-  point.z = m_path.front().z;
-  const std::size_t count = m_path.size();
+  point = onPathLevel(point);
   if (point.isEqualTo(m_path.back())) return refuse(L"The last point again: nothing is drawn.");
-  if (count > 1 && runsBack(m_path[count - 2], m_path.back(), point)) {
-    return refuse(L"A multiline cannot run straight back over itself.");
-  }
+  if (runsBackAt(point)) return refuse(L"A multiline cannot run straight back over itself.");
   if (m_mline.isNull() && begin() == Step::failed) return Step::failed;
   const db::Opened<KdDbMline> mline(m_editor.database(), m_mline, KdOpenMode::forWrite);
   if (!mline || mline->appendSeg(m_editor.toWorld(point)) != KdStatus::ok) return fail();
@@ -76,16 +92,35 @@ MlineRun::Step MlineRun::close() {
   return mline->setClosedMline(true) == KdStatus::ok ? Step::taken : fail();
 }
 
+std::wstring MlineRun::currentStyleName() const {
+  return variableOr(m_editor.variables(), L"CMLSTYLE", std::wstring(db::kStandardMlineStyle));
+}
+
 /// The current style; STANDARD where the drawing does not have it.
 Result<dxf::RecordId> MlineRun::currentStyle() {
   db::Database& drawing = m_editor.database();
-  const auto name = variableOr(m_editor.variables(), L"CMLSTYLE", std::wstring(db::kStandardMlineStyle));
+  const std::wstring name = currentStyleName();
   Result<dxf::RecordId> style = db::findMlineStyle(drawing, name);
   if (*style == dxf::kNoRecord) style = db::makeStandardMlineStyle(drawing);
   if (style && drawing.mlineStyle(*style).elements.empty()) {
     return torva::fail(ErrorCode::notApplicable, "the multiline style " + utf8FromWide(name) + " has no elements");
   }
   return style;
+}
+
+std::unique_ptr<KdDbMline> MlineRun::make(dxf::RecordId style, const std::vector<KdGePoint3d>& path) const {
+  const db::SystemVariables& variables = m_editor.variables();
+  auto mline = std::make_unique<KdDbMline>();
+  const auto justification = static_cast<KdMlineJustification>(variableOr(variables, L"CMLJUST", 0));
+  bool isWell = mline->setNormal(m_editor.userPlane().z) == KdStatus::ok &&
+                mline->setStyle(m_editor.database().idOf(style)) == KdStatus::ok &&
+                mline->setScale(variableOr(variables, L"CMLSCALE", 1.0)) == KdStatus::ok &&
+                mline->setJustification(justification) == KdStatus::ok;
+  for (const KdGePoint3d& point : path) isWell = isWell && mline->appendSeg(m_editor.toWorld(point)) == KdStatus::ok;
+  if (!isWell) return nullptr;
+  static_cast<db::MlineImp*>(KdDbSystemInternals::getImpObject(mline.get()))
+      ->setProperties(db::currentProperties(variables));
+  return mline;
 }
 
 /// Puts a multiline of one vertex into the drawing.
@@ -96,17 +131,8 @@ MlineRun::Step MlineRun::begin() {
     m_editor.report(style.error(), Fault::script);
     return Step::failed;
   }
-  const db::SystemVariables& variables = m_editor.variables();
-  auto mline = std::make_unique<KdDbMline>();
-  const int justification = variableOr(variables, L"CMLJUST", 0);
-  const bool isReady = mline->setNormal(m_editor.userPlane().z) == KdStatus::ok &&
-                       mline->setStyle(drawing.idOf(*style)) == KdStatus::ok &&
-                       mline->setScale(variableOr(variables, L"CMLSCALE", 1.0)) == KdStatus::ok &&
-                       mline->setJustification(static_cast<KdMlineJustification>(justification)) == KdStatus::ok &&
-                       mline->appendSeg(m_editor.toWorld(m_path.front())) == KdStatus::ok;
-  if (!isReady) return fail();
-  static_cast<db::MlineImp*>(KdDbSystemInternals::getImpObject(mline.get()))
-      ->setProperties(db::currentProperties(variables));
+  auto mline = make(*style, {m_path.front()});
+  if (!mline) return fail();
   const db::Opened<KdDbBlockTableRecord> modelSpace(drawing, drawing.modelSpaceId(), KdOpenMode::forWrite);
   if (!modelSpace || modelSpace->appendEntity(mline.get(), m_mline) != KdStatus::ok) return fail();
   mline.release()->close();

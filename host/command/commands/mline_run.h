@@ -1,9 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "db/database.h"
+#include "draw/display_list.h"
 
+#include <kdrx/db_mline.h>
 #include <kdrx/ge.h>
 
 namespace torva::command {
@@ -19,6 +22,9 @@ class MlineRun {
   /// What a step did. Refusals say why to the user and change nothing.
   enum class Step { taken, refused, failed };
 
+  /// The last segments as they would be with one more point; empty when they cannot be.
+  draw::DisplayList preview(const KdGePoint3d& point) const;
+
   const KdGePoint3d& lastPoint() const { return m_path.back(); }
   bool canClose() const;
   Step append(KdGePoint3d point);
@@ -26,7 +32,12 @@ class MlineRun {
   Step close();
 
  private:
+  KdGePoint3d onPathLevel(const KdGePoint3d& point) const { return {point.x, point.y, m_path.front().z}; }
+  bool runsBackAt(const KdGePoint3d& point) const;
   Step begin();
+  /// A multiline with the current settings along points, in no drawing; null when they do not make one.
+  std::unique_ptr<KdDbMline> make(dxf::RecordId style, const std::vector<KdGePoint3d>& path) const;
+  std::wstring currentStyleName() const;
   Result<dxf::RecordId> currentStyle();
   Step refuse(const wchar_t* reason);
   Step fail();

@@ -43,7 +43,7 @@ void zoomExtents(Editor& editor) {
 
 void zoomWindow(Editor& editor, const KdGePoint3d& first) {
   KdGePoint3d second;
-  if (editor.getPoint(&first, L"Opposite corner: ", second) != kKdInputNormal) return;
+  if (editor.getCorner(first, L"Opposite corner: ", second) != kKdInputNormal) return;
   geom::Box3 boxDcs;
   boxDcs.add(editor.view().toDisplay(editor.toWorld(first)));
   boxDcs.add(editor.view().toDisplay(editor.toWorld(second)));

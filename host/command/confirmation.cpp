@@ -1,4 +1,4 @@
-#include "command/questions.h"
+#include "command/confirmation.h"
 
 #include "command/editor.h"
 
