@@ -8,6 +8,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "command/editor.h"
+#include "db/layers.h"
 #include "db/record_groups.h"
 
 namespace torva::command {
@@ -141,12 +142,9 @@ class Selecting {
 };
 
 bool isOnLockedLayer(const db::Database& database, dxf::RecordId entity) {
-  constexpr std::int64_t kLocked = 4;
   const std::wstring layer = db::firstText(database.file(), entity, 8);
   const dxf::RecordId record = database.findSymbol(dxf::RecordType::layer, layer);
-  if (record == dxf::kNoRecord) return false;
-  const auto flags = db::firstGroup(database.file().groups(record), 70);
-  return flags && (flags->integerOr(0) & kLocked);
+  return record != dxf::kNoRecord && db::readLayer(database.file(), record).isLocked;
 }
 
 void leaveOutLocked(Editor& editor, std::vector<dxf::RecordId>& entities) {

@@ -55,20 +55,8 @@ class Drawer::Imp {
       default:
         break;
     }
-    if (record >= database.file().originalCount()) return isInBlock(record);
-    return m_blocksBegin != dxf::kNoRecord && record > m_blocksBegin && record < m_blocksEnd;
-  }
-
-  /// Whether a new record belongs to a block other than model space.
-  bool isInBlock(dxf::RecordId record) const {
-    const dxf::Handle modelSpace = database.file().handle(database.recordOf(database.modelSpaceId()));
-    bool hasOwner = false;
-    for (const dxf::Group& group : database.file().groups(record)) {
-      if (group.code != 330) continue;
-      if (group.handle() == modelSpace) return false;
-      hasOwner = true;
-    }
-    return hasOwner;
+    const dxf::RecordId place = database.file().anchor(record);
+    return m_blocksBegin != dxf::kNoRecord && place >= m_blocksBegin && place < m_blocksEnd;
   }
 
   std::size_t m_seen;

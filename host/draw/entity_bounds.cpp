@@ -149,7 +149,7 @@ Box3 EntityBounds::shapeBox(dxf::RecordId entity, const Facts& facts, Level leve
     case RecordType::table_entity:
       return insertBox(entity, facts, level);
     case RecordType::dimension:
-      return block(facts.name).box;
+      return dimensionPlacement(values, facts.extrusion)(block(facts.name).box);
     default:
       return drawn(entity);
   }

@@ -20,7 +20,7 @@ void setColor(Pen& pen, const KdCmColor& color) {
 /// Whether the extrusion direction counts for a type's drawing.
 bool hasExtrusion(dxf::RecordType type) {
   using enum dxf::RecordType;
-  return type != mline && type != line && type != point && type != spline && type != leader && type != dimension;
+  return type != mline && type != line && type != point && type != spline && type != leader;
 }
 
 int resolveWeight(int weight, const LayerLook& layer, const BlockPen* block) {

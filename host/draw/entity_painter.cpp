@@ -48,6 +48,10 @@ Placement placementOf(dxf::RecordType type, const RecordValues& insert, const Kd
   return placement;
 }
 
+geom::Transform dimensionPlacement(const RecordValues& dimension, const KdGeVector3d& extrusion) {
+  return geom::Transform::translation(geom::Transform::fromExtrusion(extrusion)(dimension.vector(12)));
+}
+
 dxf::RecordId blockOf(const db::Database& database, dxf::RecordId entity) {
   const std::wstring name = textOf(database.file(), entity, 2);
   return name.empty() ? dxf::kNoRecord : database.findBlock(name);
@@ -85,7 +89,8 @@ void EntityPainter::paintShape(dxf::RecordId entity, const EntityLook& look, con
       return paintInsert(entity, look, pen, frame);
     case RecordType::dimension: {
       const BlockPen blockPen{effectiveLayer(look, frame.block), pen};
-      return paintBlock(blockOf(m_database, entity), {}, blockPen, frame);
+      const geom::Transform placement = dimensionPlacement(RecordValues(groups), look.extrusion);
+      return paintBlock(blockOf(m_database, entity), placement, blockPen, frame);
     }
     case RecordType::line:
       return drawLine(RecordValues(groups), world, appearance);

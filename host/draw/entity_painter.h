@@ -23,6 +23,10 @@ struct Placement {
 Placement placementOf(dxf::RecordType type, const RecordValues& insert, const KdGeVector3d& extrusion,
                       const KdGePoint3d& blockBase);
 
+/// Where a DIMENSION shows its block: the block's points are places in the world, displaced by the dimension's insertion
+/// point, which most lack.
+geom::Transform dimensionPlacement(const RecordValues& dimension, const KdGeVector3d& extrusion);
+
 /// The block (a BLOCK record) that an INSERT, DIMENSION or table shows; kNoRecord when there is none.
 dxf::RecordId blockOf(const db::Database& database, dxf::RecordId entity);
 KdGePoint3d basePointOf(const dxf::DrawingFile& file, dxf::RecordId block);

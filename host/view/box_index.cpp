@@ -10,10 +10,12 @@ namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-/// A float at or below a value: the value is lowered by more than rounding can raise it.
+/// A float at or below a value: the value is lowered by more than rounding can raise it. All values beyond the range of
+/// floats are its end, which keeps their order and every box finite.
 float roundedDown(double value) {
   constexpr double kShare = std::numeric_limits<float>::epsilon(), kLeast = std::numeric_limits<float>::min();
-  return static_cast<float>(value - std::abs(value) * kShare - kLeast);
+  constexpr double kMost = std::numeric_limits<float>::max();
+  return static_cast<float>(std::clamp(value - std::abs(value) * kShare - kLeast, -kMost, kMost));
 }
 
 float roundedUp(double value) {
@@ -29,9 +31,9 @@ std::uint32_t spread(std::uint32_t bits) {
 }
 
 /// Place along a curve that visits the plane quarter by quarter, from coordinates between 0 and 1.
-std::uint32_t curvePosition(float x, float y) {
-  constexpr float kSteps = 65'535;
-  const auto step = [](float share) { return static_cast<std::uint32_t>(std::clamp(share, 0.0f, 1.0f) * kSteps); };
+std::uint32_t curvePosition(double x, double y) {
+  constexpr double kSteps = 65'535;
+  const auto step = [](double share) { return static_cast<std::uint32_t>(std::clamp(share, 0.0, 1.0) * kSteps); };
   return spread(step(x)) | spread(step(y)) << 1;
 }
 
@@ -54,15 +56,16 @@ void sortByPosition(std::vector<Key>& keys) {
 }
 
 std::vector<Key> keysAlongCurve(const std::vector<BoxIndex::Entry>& entries) {
-  const auto center = [](const SmallBox& box, int axis) { return box.min[axis] / 2 + box.max[axis] / 2; };
-  float low[2] = {kInfinity, kInfinity}, high[2] = {-kInfinity, -kInfinity};
+  // In double precision no difference of floats overflows.
+  const auto center = [](const SmallBox& box, int axis) { return (double{box.min[axis]} + double{box.max[axis]}) / 2; };
+  double low[2] = {kInfinity, kInfinity}, high[2] = {-kInfinity, -kInfinity};
   for (const auto& entry : entries) {
     for (const int axis : {0, 1}) {
       low[axis] = std::min(low[axis], center(entry.box, axis));
       high[axis] = std::max(high[axis], center(entry.box, axis));
     }
   }
-  const float size = std::max({high[0] - low[0], high[1] - low[1], std::numeric_limits<float>::min()});
+  const double size = std::max({high[0] - low[0], high[1] - low[1], double{std::numeric_limits<float>::min()}});
   std::vector<Key> keys;
   keys.reserve(entries.size());
   for (std::uint32_t i = 0; i < entries.size(); ++i) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "view/box_index.h"
 
@@ -66,12 +67,15 @@ class Picker::Index {
       return m_boxes;
     }
     const std::size_t count = m_database.changeCount();
+    dxf::RecordId last = dxf::kNoRecord;
     for (const dxf::RecordId record : m_database.changesSince(m_seen)) {
       m_extents.reset();
-      if (!update(record)) {
+      const dxf::RecordId entity = entityOf(record);
+      if (entity == dxf::kNoRecord) {
         build();
         break;
       }
+      if (std::exchange(last, entity) != entity) update(entity);
     }
     m_seen = count;
     return m_boxes;
@@ -91,32 +95,28 @@ class Picker::Index {
     std::vector<BoxIndex::Entry> entries;
     entries.reserve(m_database.file().recordCount());
     m_extents.emplace();
-    m_isMember.assign(m_database.file().recordCount(), false);
     m_database.forEachEntity([&](dxf::RecordId entity) {
       const geom::Box3 box = m_drawer.modelSpaceBounds(entity);
       if (box.isEmpty()) return;
       m_extents->add(box);
       entries.push_back({entity, SmallBox::around(box)});
-      m_isMember[entity] = true;
     });
     m_boxes.build(std::move(entries));
     m_seen = m_database.changeCount();
     m_isBuilt = true;
   }
 
-  /// False when only building anew tells where the record belongs.
-  bool update(dxf::RecordId record) {
+  /// The entity that a record is or is a part of; kNoRecord when only building anew tells.
+  dxf::RecordId entityOf(dxf::RecordId record) const {
     using dxf::RecordType;
     const RecordType type = m_database.file().type(record);
-    if (type == RecordType::vertex || type == RecordType::attrib || type == RecordType::seqend) {
-      const dxf::RecordId owner = ownerOf(record);
-      return owner != dxf::kNoRecord && update(owner);
-    }
-    if (isMember(record) || isInModelSpace(record)) m_boxes.set(record, m_drawer.bounds(record));
-    return true;
+    const bool isPart = type == RecordType::vertex || type == RecordType::attrib || type == RecordType::seqend;
+    return isPart ? ownerOf(record) : record;
   }
 
-  bool isMember(dxf::RecordId record) const { return record < m_isMember.size() && m_isMember[record]; }
+  void update(dxf::RecordId entity) {
+    if (m_database.blockOfEntity(entity) != dxf::kNoRecord) m_boxes.set(entity, m_drawer.modelSpaceBounds(entity));
+  }
 
   dxf::RecordId ownerOf(dxf::RecordId record) const {
     for (const dxf::Group& group : m_database.file().groups(record)) {
@@ -128,26 +128,9 @@ class Picker::Index {
     return dxf::kNoRecord;
   }
 
-  bool isInModelSpace(dxf::RecordId record) const {
-    const dxf::DrawingFile& file = m_database.file();
-    const dxf::Handle modelSpace = file.handle(m_database.recordOf(m_database.modelSpaceId()));
-    bool hasOwner = false, isInPaperSpace = false;
-    for (const dxf::Group& group : file.groups(record)) {
-      if (group.code == 67) isInPaperSpace = group.integerOr(0) != 0;
-      if (group.code != 330) continue;
-      hasOwner = true;
-      if (group.handle() == modelSpace) return true;
-    }
-    // Drawings of R12 name no owners.
-    const dxf::RecordId begin = file.section("ENTITIES"), end = file.section("OBJECTS");
-    const bool isInSection = begin != dxf::kNoRecord && record > begin && record < end;
-    return !hasOwner && !isInPaperSpace && isInSection;
-  }
-
   const db::Database& m_database;
   const draw::Drawer& m_drawer;
   BoxIndex m_boxes;
-  std::vector<bool> m_isMember;
   std::optional<geom::Box3> m_extents;
   std::size_t m_seen = 0;
   bool m_isBuilt = false;

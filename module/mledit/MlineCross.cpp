@@ -99,6 +99,13 @@ bool CMlineEdit::leadsOn(const double* a, const double* b, const double* c) {
   return ux * vx + uy * vy > 0 && stray <= roundingAt(a, c);
 }
 
+bool CMlineEdit::isSameDirection(const double* a, const double* b, const double* c) {
+  const double ux = b[0] - a[0], uy = b[1] - a[1], vx = c[0] - a[0], vy = c[1] - a[1];
+  const auto [shorter, longer] = std::minmax({std::hypot(ux, uy), std::hypot(vx, vy)});
+  const double stray = std::max({kDirectionTolerance * shorter, roundingAt(a, b), roundingAt(a, c)});
+  return ux * vx + uy * vy > 0 && std::abs(ux * vy - uy * vx) <= stray * longer;
+}
+
 bool CMlineEdit::mappingToSpecifyMongline(CMlineSegment* seg, int element, double* out) {
   const int s = seg->segment, next = seg->nextVertex(s);
   if (!seg->mline || next < 0 || !seg->hasElement(seg->element)) return false;

@@ -105,6 +105,9 @@ class CMlineEdit {
   /// Whether the way from a to b leads on to c: PositionConnection() tells the same for both, or the points lie in line, up
   /// to rounding, with b between the others.
   static bool leadsOn(const double* a, const double* b, const double* c);
+  /// Whether b and c lie in the same direction from a in the plan: within 1e-10 radians, or the rounding of the coordinates.
+  /// False where one of them is a.
+  static bool isSameDirection(const double* a, const double* b, const double* c);
   /// Carries the pick over, square to its segment: with an element index onto that element line (into the `orig` fields;
   /// clamped to the segment, `origSegment` unchanged), with -1 onto the axis (into `out`).
   /// @return false, nothing changed, when the pick does not fit the multiline at hand

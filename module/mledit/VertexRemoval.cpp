@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr double kDirectionTolerance = 1e-10;
 constexpr double kEntryTolerance = 1e-10;
 constexpr double kLeastMiterAngle = 0.005;  // radians; stands for 0, which would put the elements nowhere
 constexpr double kSquare = std::numbers::pi / 2;
@@ -42,10 +41,6 @@ double facing(const double* normal) {
 
 double sineOf(double angle) {
   return std::sin(angle == 0 ? kLeastMiterAngle : angle);
-}
-
-bool isSameDirection(double a, double b) {
-  return std::abs(std::remainder(a - b, 2 * std::numbers::pi)) <= kDirectionTolerance;
 }
 
 // The removal of one vertex. Indices are those of after the removal unless they are called old.
@@ -147,8 +142,7 @@ void VertexRemoval::shiftBreaks(std::vector<double>& list, int index, int elemen
   for (int k = 0; k < 3; ++k) start[k] = first[k] + miter[k] * list[0];
   const double* oldStart = oldPoint(element, index);
   double shift = vexengine_distance(start, oldStart);
-  const double toOldStart = vexengine_angle(start, oldStart);
-  if (!isSameDirection(toOldStart, vexengine_angle(start, oldPoint(element, next(index))))) shift = -shift;
+  if (!CMlineEdit::isSameDirection(start, oldStart, oldPoint(element, next(index)))) shift = -shift;
   for (std::size_t i = 2; i < list.size(); ++i) list[i] += shift;
   if (list.size() > 1 && !KvMath::isEqual(list[1], 0.0, kEntryTolerance)) list[0] += shift;
 }

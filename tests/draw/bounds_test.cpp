@@ -60,7 +60,7 @@ class EntityMaker {
       case 14:
         return entity("LEADER", spot(10) + spot(10) + spot(10));
       case 15:
-        return entity("DIMENSION", group(2, "INNER") + spot(10));
+        return entity("DIMENSION", group(2, "INNER") + spot(10) + spot(12) + plane());
       case 16:
         return entity("INSERT", group(66, "1") + group(2, "INNER") + spot(10)) +
                entity("ATTRIB", spot(10) + size(40) + words()) + group(0, "SEQEND");

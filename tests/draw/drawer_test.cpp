@@ -89,6 +89,17 @@ TEST(Blocks, ArePlacedScaledTurnedAndRepeated) {
   EXPECT_LE(std::get<Polyline>(list.primitives[1].shape).points[0].distanceTo({100, 78, 0}), 1e-9);
 }
 
+TEST(Blocks, OfDimensionsAreDisplacedByTheirInsertionPoint) {
+  const std::string body = group(2, "*D1") + point(10, 7, 7);
+  for (const auto& [placed, start] : {std::pair<std::string, KdGePoint3d>{"", {0, 0, 0}},
+                                      {point(12, 100, 50), {100, 50, 0}},
+                                      {point(12, 100, 50) + point(210, 0, 0, -1), {-100, 50, 0}}}) {
+    const DisplayList list = draw({.entities = entity("DIMENSION", body + placed), .blocks = block("*D1", line())});
+    ASSERT_EQ(list.primitives.size(), 1u);
+    EXPECT_LE(std::get<Polyline>(list.primitives[0].shape).points[0].distanceTo(start), 1e-9);
+  }
+}
+
 TEST(Blocks, PassOnColorAndLayerOfTheInsert) {
   const std::string blocks = block("B", line() + line(group(62, "0"), "RED"));
   const std::string insert = group(0, "INSERT") + group(100, "AcDbEntity") + group(8, "RED") + group(62, "3") +

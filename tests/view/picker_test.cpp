@@ -133,6 +133,23 @@ TEST(Picker, FollowsChanges) {
   EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), added);
 }
 
+TEST(Picker, FindsWhatIsAddedToADrawingWithoutARecordOfModelSpace) {
+  std::string text = test::SampleDrawing{}.text();
+  text.replace(text.find("*Model_Space"), 12, "SOMEOTHER");
+  std::vector<dxf::Finding> findings;
+  const auto database = db::Database::fromBytes(text, "sample", dxf::DamagePolicy::recover, findings);
+  ASSERT_TRUE(database);
+  Picker picker(**database);
+  EXPECT_TRUE(picker.extents().isEmpty());
+  const auto line = [](const char* space) {
+    return group(0, "LINE") + group(330, "1F") + group(100, "AcDbEntity") + group(67, space) + group(8, "0") +
+           group(100, "AcDbLine") + point(10, 0, 0) + point(11, 10, 0);
+  };
+  const dxf::RecordId added = (*database)->appendToModelSpace(line("0"));
+  (*database)->appendToModelSpace(line("1"));
+  EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), added);
+}
+
 TEST(Picker, KnowsTheExtents) {
   const auto database = test::SampleDrawing{.entities = entity("LINE", point(10, -5, 1) + point(11, 20, 7)) +
                                                         entity("LINE", point(10, 900, 900) + point(11, 950, 950), "FROZEN")}

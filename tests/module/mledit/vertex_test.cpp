@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "module/mledit/drawing.h"
 #include "module/mledit/engine.h"
@@ -136,6 +137,30 @@ TEST(DeleteVertex, DrawsTheJoinedSegmentWholeAndKeepsBreaksInPlace) {
     for (int v = 0; v < 5; ++v) {
       expectNear(mline->axisAt(v), {1, 0, 0}, row.name);
       expectNear(mline->miterAt(v), {0, 1, 0}, row.name);
+    }
+  }
+}
+
+TEST(DeleteVertex, DoesTheSameFarFromTheOrigin) {
+  constexpr unsigned kSeed = 5;
+  constexpr double kRoundingFar = 1e-7;
+  std::mt19937 random(kSeed);
+  std::uniform_real_distribution<> stray(-3, 3);
+  for (int run = 0; run < 50; ++run) {
+    MlineSketch sketch = {{}, {0, -0.3}};
+    for (int v = 0; v < 5; ++v) sketch.path.push_back({10.0 * v, stray(random), 0});
+    std::vector<ElementLists> lists;
+    for (const KdGeVector3d& shift : {KdGeVector3d{0, 0, 0}, KdGeVector3d{1e6, 2e6, 0}}) {
+      MlineSketch shifted = sketch;
+      for (KdGePoint3d& point : shifted.path) point = point + shift;
+      const auto mline = makeMline(shifted);
+      setList(*mline, 3, 1, {listOf(*mline, 3, 1)[0], 0, 3, 5});
+      remove(*mline, 2);
+      lists.push_back(listsOf(*mline, 1));
+    }
+    ASSERT_EQ(lists[0].size(), 4u);
+    for (std::size_t v = 0; v < lists[0].size(); ++v) {
+      ASSERT_THAT(lists[1][v], Pointwise(DoubleNear(kRoundingFar), lists[0][v])) << "seed " << kSeed << ", run " << run;
     }
   }
 }
