@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "base/current.h"
+#include "command/command_preview.h"
 #include "command/editor.h"
 
 #include <kdrx/db_database.h>
@@ -132,6 +133,21 @@ int kdedEntSel(const wchar_t* prompt, KdName name, double point[3]) noexcept {
     store(pick, point);
     if (status == kKdInputNormal && kddbGetName(name, id) != KdStatus::ok) return static_cast<int>(kKdInputError);
     return status;
+  });
+}
+
+int kdedOfferPreview(const wchar_t* command, const long* first, const double firstPoint[3]) noexcept {
+  if (!command || !first != !firstPoint) return kKdInputError;
+  return withEditor([&](Editor& editor) {
+    std::vector<torva::command::EntityPick> picks;
+    if (first) {
+      KdDbObjectId id;
+      if (kddbGetObjectId(id, first) != KdStatus::ok) return kKdInputError;
+      picks.push_back({editor.database().recordOf(id), pointOf(firstPoint)});
+      if (picks.front().entity == torva::dxf::kNoRecord) return kKdInputError;
+    }
+    editor.offerPreview(torva::command::commandPreview(editor, command, std::move(picks)));
+    return kKdInputNormal;
   });
 }
 

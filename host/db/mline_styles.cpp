@@ -12,8 +12,6 @@ namespace torva::db {
 
 namespace {
 
-constexpr std::wstring_view kStyleDictionary = L"ACAD_MLINESTYLE";
-
 /// Makes an empty dictionary under a name of the root dictionary.
 void addDictionary(Database& database, KdDbDictionary& root, std::wstring_view name) {
   const dxf::Handle handle = database.file().newHandle();
@@ -33,14 +31,24 @@ void addDictionary(Database& database, KdDbDictionary& root, std::wstring_view n
 }
 
 KdDbObjectId styleDictionary(const Database& database) {
-  return database.idOf(database.findInDictionary(std::array{kStyleDictionary}));
+  return database.idOf(database.findInDictionary(std::array{kMlineStyleDictionary}));
 }
 
 }  // namespace
 
 dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name) {
-  const dxf::RecordId record = database.findInDictionary(std::array{kStyleDictionary, name});
+  const dxf::RecordId record = database.findInDictionary(std::array{kMlineStyleDictionary, name});
   return record != dxf::kNoRecord && database.file().type(record) == dxf::RecordType::mlineStyle ? record : dxf::kNoRecord;
+}
+
+dxf::RecordId mlineStyleOf(const Database& database, dxf::Handle handle, std::wstring_view name) {
+  const dxf::DrawingFile& file = database.file();
+  const dxf::RecordId byHandle = handle == 0 ? dxf::kNoRecord : file.find(handle);
+  const bool isAlive =
+      byHandle != dxf::kNoRecord && file.type(byHandle) == dxf::RecordType::mlineStyle && !file.isErased(byHandle);
+  if (isAlive) return byHandle;
+  const dxf::RecordId byName = findMlineStyle(database, name);
+  return byName != dxf::kNoRecord ? byName : findMlineStyle(database, kStandardMlineStyle);
 }
 
 std::vector<std::wstring> mlineStyleNames(const Database& database) {
@@ -60,7 +68,7 @@ Result<dxf::RecordId> makeStandardMlineStyle(Database& database) {
   if (styleDictionary(database).isNull()) {
     const Opened<KdDbDictionary> root(database, database.namedObjectsDictionaryId(), KdOpenMode::forWrite);
     if (!root) return fail(ErrorCode::notApplicable, "the drawing has no place for multiline styles");
-    addDictionary(database, *root, kStyleDictionary);
+    addDictionary(database, *root, kMlineStyleDictionary);
   }
   const Opened<KdDbDictionary> styles(database, styleDictionary(database), KdOpenMode::forWrite);
   auto style = std::make_unique<KdDbMlineStyle>();

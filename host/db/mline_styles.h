@@ -14,8 +14,15 @@ class Database;
 /// The style that every drawing with multilines has.
 inline constexpr std::wstring_view kStandardMlineStyle = L"STANDARD";
 
+/// The dictionary of multiline styles, an entry of the root dictionary.
+inline constexpr std::wstring_view kMlineStyleDictionary = L"ACAD_MLINESTYLE";
+
 /// The multiline style of a name, ignoring case; kNoRecord when there is none.
 dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name);
+
+/// The style that a multiline names: by handle, if that is dead by name, else STANDARD; kNoRecord when there is none of
+/// these.
+dxf::RecordId mlineStyleOf(const Database& database, dxf::Handle handle, std::wstring_view name);
 
 /// Names of all multiline styles in the order of their dictionary.
 std::vector<std::wstring> mlineStyleNames(const Database& database);

@@ -1,9 +1,9 @@
 #include "draw/symbols.h"
 
-#include <array>
 #include <cmath>
 
 #include "db/color_groups.h"
+#include "db/mline_styles.h"
 #include "draw/entity_look.h"
 
 namespace torva::draw {
@@ -72,23 +72,11 @@ const std::vector<double>& Symbols::dashes(std::wstring_view name) const {
 }
 
 const db::MlineStyleData& Symbols::mlineStyle(dxf::Handle handle, std::wstring_view name) const {
-  const dxf::RecordId record = findMlineStyle(handle, name);
+  const dxf::RecordId record = db::mlineStyleOf(m_database, handle, name);
   const auto [entry, isNew] = m_mlineStyles.try_emplace(record);
   if (isNew && record != dxf::kNoRecord)
     entry->second = db::readMlineStyle(m_database.file(), m_database.file().groups(record));
   return entry->second;
-}
-
-dxf::RecordId Symbols::findMlineStyle(dxf::Handle handle, std::wstring_view name) const {
-  const dxf::DrawingFile& file = m_database.file();
-  const dxf::RecordId byHandle = handle == 0 ? dxf::kNoRecord : file.find(handle);
-  const bool isAlive =
-      byHandle != dxf::kNoRecord && file.type(byHandle) == dxf::RecordType::mlineStyle && !file.isErased(byHandle);
-  if (isAlive) return byHandle;
-  const std::array<std::wstring_view, 2> path{L"ACAD_MLINESTYLE", name};
-  const dxf::RecordId byName = m_database.findInDictionary(path);
-  if (byName != dxf::kNoRecord) return byName;
-  return m_database.findInDictionary(std::array<std::wstring_view, 2>{L"ACAD_MLINESTYLE", L"STANDARD"});
 }
 
 double Symbols::linetypeScale() const {

@@ -48,8 +48,6 @@ class Symbols {
   template <class Text, class Value>
   using Map = std::unordered_map<Text, Value, Hash, std::equal_to<>>;
 
-  dxf::RecordId findMlineStyle(dxf::Handle handle, std::wstring_view name) const;
-
   const db::Database& m_database;
   mutable Map<std::string, LayerLook> m_layers;
   mutable Map<std::wstring, std::vector<double>> m_linetypes;

@@ -98,7 +98,8 @@ class CMlineEdit::CornerJoint {
 };
 
 int CMlineEdit::cmd_mledit_CornerJoint(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isOpenMlinePicked, &CMlineEdit::cornerJoint};
+  CMlineTool tool{L"-MLEDIT CJ",           kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isOpenMlinePicked,
+                  &CMlineEdit::cornerJoint};
   tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);

@@ -15,17 +15,20 @@ int depth(int element, int count, int otherCount) {
 }  // namespace
 
 int CMlineEdit::cmd_mledit_ClosedCross(KdModuleHandle module) {
-  return runTool(module, {kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::closedCross});
+  return runTool(module, {L"-MLEDIT CC", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
+                          &CMlineEdit::closedCross});
 }
 
 int CMlineEdit::cmd_mledit_OpenCross(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::openCross};
+  CMlineTool tool{L"-MLEDIT OC",         kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
+                  &CMlineEdit::openCross};
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);
 }
 
 int CMlineEdit::cmd_mledit_MergedCross(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::mergedCross};
+  CMlineTool tool{L"-MLEDIT MC",           kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
+                  &CMlineEdit::mergedCross};
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);
 }

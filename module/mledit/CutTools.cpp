@@ -8,11 +8,13 @@ constexpr unsigned kUndoPrompt = 4010, kFirstPrompt = 4011, kSecondPrompt = 4012
 }  // namespace
 
 int CMlineEdit::cmd_mledit_CutSingle(KdModuleHandle module) {
-  return runTool(module, {kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain, &CMlineEdit::cutSingle});
+  return runTool(
+      module, {L"-MLEDIT CS", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain, &CMlineEdit::cutSingle});
 }
 
 int CMlineEdit::cmd_mledit_CutAll(KdModuleHandle module) {
-  return runTool(module, {kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain, &CMlineEdit::cutAll});
+  return runTool(module,
+                 {L"-MLEDIT CA", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain, &CMlineEdit::cutAll});
 }
 
 bool CMlineEdit::isPickedAgain() {

@@ -75,6 +75,7 @@ bool CMlineEdit::pickFirst(const CMlineTool& tool) {
   if (hasUndo) LoadStringW(m_texts, kUndoKeywords, promptBuf, capacity);
   static_cast<void>(kdedInitGet(kKdInitGetNone, hasUndo ? promptBuf : nullptr));
   LoadStringW(m_texts, hasUndo ? tool.undoPrompt : tool.firstPrompt, promptBuf, capacity);
+  if (!tool.acceptsSecond) kdedOfferPreview(tool.command, nullptr, nullptr);
   retCode = kdedEntSel(promptBuf, pickName, pickPoint);
   if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
   if (retCode == kKdInputError) return integerVariable(L"ERRNO") != kKdErrnoEmptyAnswer;
@@ -86,7 +87,9 @@ bool CMlineEdit::pickFirst(const CMlineTool& tool) {
 // Asks for the second pick until it is one. An empty answer asks again: only a cancel ends the tool here.
 bool CMlineEdit::pickSecond(const CMlineTool& tool) {
   LoadStringW(m_texts, tool.secondPrompt, promptBuf, static_cast<int>(std::size(promptBuf)));
+  const double first[3] = {pickPoint[0], pickPoint[1], pickPoint[2]};
   do {
+    kdedOfferPreview(tool.command, segFirst.name, first);
     retCode = kdedEntSel(promptBuf, pickName, pickPoint);
     if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
   } while (!(this->*tool.acceptsSecond)());

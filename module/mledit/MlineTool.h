@@ -10,9 +10,10 @@ constexpr unsigned kClosedRefusal = 4006, kNoCrossingRefusal = 4007;
 struct CMlineTool {
   enum class Changes { first, both };
 
-  unsigned undoPrompt;    ///< Text id of the first prompt while there is something to undo.
-  unsigned firstPrompt;   ///< And while there is nothing.
-  unsigned secondPrompt;  ///< Asked again until `acceptsSecond`.
+  const wchar_t* command;  ///< Runs the tool from the command line, for previews.
+  unsigned undoPrompt;     ///< Text id of the first prompt while there is something to undo.
+  unsigned firstPrompt;    ///< And while there is nothing.
+  unsigned secondPrompt;   ///< Asked again until `acceptsSecond`.
   /// Null for a tool with a single pick.
   bool (CMlineEdit::*acceptsSecond)();
   /// Edits the two multilines, which are open for write.

@@ -29,20 +29,22 @@ struct CMlineEdit::StemEnd {
 };
 
 int CMlineEdit::cmd_mledit_ClosedTree(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::closedTee};
+  CMlineTool tool{L"-MLEDIT CT",         kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
+                  &CMlineEdit::closedTee};
   tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
   return runTool(module, tool);
 }
 
 int CMlineEdit::cmd_mledit_OpenTree(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::openTee};
+  CMlineTool tool{L"-MLEDIT OT", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::openTee};
   tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);
 }
 
 int CMlineEdit::cmd_mledit_MergedTree(KdModuleHandle module) {
-  CMlineTool tool{kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::mergedTee};
+  CMlineTool tool{L"-MLEDIT MT",         kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
+                  &CMlineEdit::mergedTee};
   tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
   tool.changes = CMlineTool::Changes::both;
   return runTool(module, tool);

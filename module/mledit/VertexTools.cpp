@@ -29,11 +29,11 @@ void endBefore(std::vector<double>& list, double distance) {
 }  // namespace
 
 int CMlineEdit::cmd_mledit_AddVertex(KdModuleHandle module) {
-  return runTool(module, {kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::addVertex});
+  return runTool(module, {L"-MLEDIT AV", kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::addVertex});
 }
 
 int CMlineEdit::cmd_mledit_DeleteVertex(KdModuleHandle module) {
-  return runTool(module, {kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::deleteVertex});
+  return runTool(module, {L"-MLEDIT DV", kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::deleteVertex});
 }
 
 void CMlineEdit::addVertex() {

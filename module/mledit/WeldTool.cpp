@@ -103,8 +103,8 @@ void weldWithin(std::vector<double>& list, const WeldEnd& a, const WeldEnd& b) {
 }  // namespace
 
 int CMlineEdit::cmd_mledit_WeldAll(KdModuleHandle module) {
-  return runTool(module, {kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain, &CMlineEdit::weldAll,
-                          &CMlineEdit::isAnythingPicked, &CMlineEdit::mlineEditInitializeForWeldAll});
+  return runTool(module, {L"-MLEDIT WA", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain,
+                          &CMlineEdit::weldAll, &CMlineEdit::isAnythingPicked, &CMlineEdit::mlineEditInitializeForWeldAll});
 }
 
 bool CMlineEdit::isAnythingPicked() {

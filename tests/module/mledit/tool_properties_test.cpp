@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include "command/command_preview.h"
 #include "module/mledit/random_drawing.h"
 
 namespace {
@@ -145,6 +146,47 @@ RC_GTEST_PROP(ToolProperties, AnEditTouchesNothingElseReadsBackEqualAndIsUndone,
   changed.erase(pair.first.handle);
   if (!changesFirstAlone) changed.erase(pair.second.handle);
   RC_ASSERT(changed == kNone);
+}
+
+// The points of all that entities draw, in order.
+std::vector<KdGePoint3d> pointsOf(const torva::draw::DisplayList& list) {
+  std::vector<KdGePoint3d> points;
+  for (const auto& primitive : list.primitives) {
+    const auto* polyline = std::get_if<torva::draw::Polyline>(&primitive.shape);
+    if (polyline) points.insert(points.end(), polyline->points.begin(), polyline->points.end());
+  }
+  return points;
+}
+
+RC_GTEST_PROP(ToolProperties, APreviewShowsWhatTheEditMakesAndChangesNothing, ()) {
+  RandomDrawing drawing(*frames({kUp, kDown}));
+  const CrossingPair pair{drawing, opened(*mlines(drawing.frame())), opened(*mlines(drawing.frame()))};
+  const std::string tool = *rc::gen::element("CC", "OC", "MC", "CT", "OT", "MT", "CJ", "AV", "DV", "CS", "CA", "WA");
+  const bool hasOnePick = tool == "AV" || tool == "DV", isOnOne = tool == "CS" || tool == "CA" || tool == "WA";
+  const Spot first = pair.onFirst, second = isOnOne ? *spots(pair.first.sketch, drawing.frame()) : pair.onSecond;
+  const Wall& other = isOnOne || hasOnePick ? pair.first : pair.second;
+  const Spot& last = hasOnePick ? first : second;
+
+  torva::db::Database& database = drawing.editor().database();
+  const auto recordOf = [&](const Wall& wall) { return database.file().find(wall.handle); };
+  std::vector<torva::command::EntityPick> picks;
+  if (!hasOnePick) picks.push_back({recordOf(pair.first), pair.first.sketch.pointOf(first)});
+  const auto before = drawing.records();
+  const auto preview =
+      commandPreview(drawing.editor(), L"-MLEDIT " + std::wstring(tool.begin(), tool.end()), picks, std::chrono::hours(1));
+  const auto shown = pointsOf(preview({other.sketch.pointOf(last), recordOf(other)}));
+  RC_ASSERT(drawing.changedSince(before) == kNone);
+
+  drawing.mledit(tool, (hasOnePick ? "" : pair.first.pick(first)) + other.pick(last));
+  torva::draw::DisplayList list;
+  for (const Wall* wall : {&pair.first, &pair.second}) {
+    const bool isShown = wall == &pair.first ? true : &other == wall;
+    if (isShown) drawing.editor().picker().drawer().drawShapes(recordOf(*wall), list);
+  }
+  const auto made = drawing.changedSince(before) == kNone ? std::vector<KdGePoint3d>() : pointsOf(list);
+  RC_CLASSIFY(!made.empty(), tool);
+  RC_ASSERT(shown.size() == made.size());
+  for (std::size_t i = 0; i < made.size(); ++i) RC_ASSERT(shown[i].isEqualTo(made[i]));
 }
 
 }  // namespace
