@@ -139,6 +139,32 @@ class Bench:
         self.add(f"memory by handle in {name}", "x file", r["handle"].peak / size, 1.35 if is_large else None)
         self.add(f"memory by point in {name}", "x file", r["point"].peak / size, 1.6 if is_large else None)
 
+    def long_multilines(self, name, cross_limit):
+        """One edit of multilines of 10,000 vertices: a cross of two, and the tools that edit one."""
+        drawing, out, gap = self.drawing(name), self.work / "out.dxf", self.work / "gap.dxf"
+        first, second = (line.split() for line in drawing.with_suffix(".edits").read_text().splitlines())
+        here, there = f"#{first[0]}:{first[1]},{first[2]}", f"#{first[0]}:{first[3]},{first[4]}"
+
+        def edit(tool, *picks, of=drawing, to=out):
+            script = self.work / f"{tool}.scr"
+            script.write_text("\n".join((f"-MLEDIT {tool}", *picks, "", "")))
+            return [self.torvac, of, "--script", script, "--output", to]
+
+        run(edit("CA", here, there, to=gap))
+        crosses = ("CC", "OC", "MC")
+        picks = (here, f"#{second[0]}:{second[1]},{second[2]}")
+        r = in_turns(self.turns, **{tool: edit(tool, *picks) for tool in crosses},
+                     CS=edit("CS", here, there), CA=edit("CA", here, there), AV=edit("AV", here), DV=edit("DV", here),
+                     WA=edit("WA", here, there, of=gap), save=self.open_command(drawing, "--output", out),
+                     scan=[self.scan, drawing])
+        slowest = max(crosses, key=lambda tool: r[tool].cpu)
+        self.add(f"{slowest}, the slowest cross in {name}", "x scanner", r[slowest].cpu / r["scan"].cpu, cross_limit)
+        slowest = max(("CS", "CA", "AV", "DV", "WA"), key=lambda tool: r[tool].cpu)
+        self.add(f"{slowest}, the slowest tool in {name}", "ms more than open and save",
+                 (r[slowest].cpu - r["save"].cpu) * 1e3, 10)
+        gap.unlink()
+        out.unlink()
+
     def growth(self, small, large):
         a, b = self.drawing(small), self.drawing(large)
         out = self.work / "out.dxf"
@@ -152,6 +178,8 @@ class Bench:
         self.nothing = self.work / "nothing.scr"
         self.nothing.write_text("; nothing\n")
         self.start_up()
+        for name, cross_limit in (("long", 4.0), ("weave", 4.0), ("long-16", None)):
+            self.long_multilines(name, cross_limit)
         for name in plans:
             self.opening(name)
             self.saving(name)

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "base/digits.h"
+#include "base/decimal.h"
 #include "base/text.h"
 
 namespace torva {
@@ -45,34 +45,6 @@ std::optional<double> strictReal(std::string_view text) {
   return value;
 }
 
-/// A short plain decimal, as most numbers are; nothing for any other. Exact: digits and power of ten both are without
-/// rounding, so that the division alone rounds.
-std::optional<double> shortDecimal(std::string_view text) {
-  constexpr std::uint64_t kMostExact = std::uint64_t{1} << 53;
-  const char* p = text.data();
-  const char* const end = p + text.size();
-  const auto digits = [&] {
-    const Digits taken = takeDigits(p, end);
-    p += taken.count;
-    return taken;
-  };
-  const bool isNegative = text.starts_with('-');
-  if (isNegative) ++p;
-  const Digits whole = digits();
-  Digits fraction;
-  if (p != end && *p == '.') {
-    ++p;
-    fraction = digits();
-  }
-  const std::size_t count = whole.count + fraction.count;
-  if (p != end || count == 0 || count > Digits::kMost) return std::nullopt;
-  const std::uint64_t power = kPowersOfTen[fraction.count], all = whole.value * power + fraction.value;
-  if (all > kMostExact) return std::nullopt;
-  const double size =
-      static_cast<double>(static_cast<std::int64_t>(all)) / static_cast<double>(static_cast<std::int64_t>(power));
-  return isNegative ? -size : size;
-}
-
 /// Decimal comma, exponent letter D, and blanks behind the exponent letter made regular.
 std::optional<double> lenientReal(std::string_view text) {
   constexpr std::size_t kLongestNumber = 400;
@@ -94,7 +66,8 @@ std::optional<double> lenientReal(std::string_view text) {
 
 std::optional<double> parseReal(std::string_view text) {
   text = withoutPlus(withoutBlanks(text));
-  if (const auto value = shortDecimal(text)) return value;
+  const char* const end = text.data() + text.size();
+  if (double value = 0; readDecimal(text.data(), end, value) == end && !text.empty()) return value;
   if (const auto value = strictReal(text)) return value;
   return lenientReal(text);
 }

@@ -142,7 +142,7 @@ const MlineData& Database::mline(dxf::RecordId record) const {
   if (const KdDbObject* object = loaded(record)) {
     return static_cast<const MlineImp*>(KdDbSystemInternals::getImpObject(object))->data();
   }
-  return m_recentMlines->data(record);
+  return m_recentMlines->source(record)->data;
 }
 
 MlineStyleData Database::mlineStyle(dxf::RecordId record) const {

@@ -24,36 +24,52 @@ bool isFinite(const Triple& triple) {
 
 void MlineImp::enter() {
   // Handles of another drawing mean nothing here, names do.
-  if (m_origin != database()->serial()) m_data.styleHandle = 0;
+  MlineData& data = own();
+  if (m_origin != database()->serial()) data.styleHandle = 0;
   m_origin = 0;
   const dxf::RecordId found = style();
-  m_data.styleHandle = found == dxf::kNoRecord ? 0 : file().handle(found);
-  if (found != dxf::kNoRecord && m_data.styleName.empty()) m_data.styleName = database()->mlineStyle(found).name;
+  data.styleHandle = found == dxf::kNoRecord ? 0 : file().handle(found);
+  if (found != dxf::kNoRecord && data.styleName.empty()) data.styleName = database()->mlineStyle(found).name;
 
   const EntityProperties fitting = fittingProperties(*database(), properties());
   if (fitting != properties()) m_newProperties = fitting;
 }
 
 void MlineImp::read() {
-  MlineSource source = database()->recentMlines().source(record());
-  m_data = std::move(source.data);
-  if (source.unreadable) {
+  const std::shared_ptr<MlineSource> source = database()->recentMlines().source(record());
+  m_data = {source, &source->data};
+  m_original.reset();
+  if (!file().isChanged(record())) m_original = source;
+  if (const auto& unreadable = source->unreadable) {
     const std::string name = "MLINE " + formatHandle(file().handle(record()));
-    database()->note({dxf::FindingCode::badNumber, file().place(*source.unreadable),
-                      "a value of " + name + " is no number and counts as 0"});
+    database()->note(
+        {dxf::FindingCode::badNumber, file().place(*unreadable), "a value of " + name + " is no number and counts as 0"});
   }
   m_newProperties.reset();
   if (file().isChanged(record())) m_newProperties = readEntityProperties(file(), record());
 }
 
 std::string MlineImp::write() const {
-  std::string bytes = writeMline(file(), record(), m_data);
-  return m_newProperties ? writeEntityProperties(file(), bytes, *m_newProperties) : bytes;
+  const std::shared_ptr<const MlineSource> original = file().isChanged(record()) ? nullptr : m_original.lock();
+  std::string bytes =
+      original ? writeMline(file(), file().bytes(record()), *original, *m_data) : writeMline(file(), record(), *m_data);
+  if (m_newProperties) return writeEntityProperties(file(), bytes, *m_newProperties);
+  return bytes;
 }
 
 MlineData& MlineImp::change() {
   touch();
-  return m_data;
+  return own();
+}
+
+MlineData& MlineImp::own() {
+  if (m_data.use_count() > 1) {
+    auto copy = std::make_shared<MlineData>();
+    copy->vertices.reserve(m_data->vertices.size() + 1);  // an edit often adds one
+    *copy = *m_data;
+    m_data = std::move(copy);
+  }
+  return *m_data;
 }
 
 EntityProperties MlineImp::properties() const {
@@ -68,8 +84,8 @@ void MlineImp::setProperties(EntityProperties properties) {
 
 void MlineImp::copyFrom(const MlineImp& source) {
   const std::uint32_t from = source.database() ? source.database()->serial() : source.m_origin;
-  MlineData& data = change();
-  data = source.m_data;
+  touch();
+  m_data = source.m_data;
   if (EntityProperties properties = source.properties(); properties != this->properties()) m_newProperties = properties;
   m_origin = from;
   if (database() && from != database()->serial()) enter();
@@ -79,25 +95,25 @@ dxf::RecordId MlineImp::style() const {
   const Database* const database = context();
   if (!database) return dxf::kNoRecord;
   const bool hasOwnHandles = this->database() || m_origin == database->serial();
-  if (m_data.styleHandle != 0 && hasOwnHandles) {
+  if (m_data->styleHandle != 0 && hasOwnHandles) {
     const dxf::DrawingFile& drawing = database->file();
-    const dxf::RecordId record = drawing.find(m_data.styleHandle);
+    const dxf::RecordId record = drawing.find(m_data->styleHandle);
     if (record != dxf::kNoRecord && !drawing.isErased(record) && drawing.type(record) == dxf::RecordType::mlineStyle) {
       return record;
     }
   }
-  const dxf::RecordId named = findMlineStyle(*database, m_data.styleName);
+  const dxf::RecordId named = findMlineStyle(*database, m_data->styleName);
   return named != dxf::kNoRecord ? named : findMlineStyle(*database, kStandardMlineStyle);
 }
 
 MlineShape MlineImp::shape() const {
   const dxf::RecordId record = style();
-  return shapeOf(m_data, record == dxf::kNoRecord ? std::nullopt : std::optional(context()->mlineStyle(record)));
+  return shapeOf(*m_data, record == dxf::kNoRecord ? std::nullopt : std::optional(context()->mlineStyle(record)));
 }
 
 void MlineImp::restyle() {
   const dxf::RecordId record = style();
-  if (record != dxf::kNoRecord) db::restyle(m_data, context()->mlineStyle(record));
+  if (record != dxf::kNoRecord) db::restyle(own(), context()->mlineStyle(record));
 }
 
 void MlineImp::setStyle(dxf::RecordId style) {
@@ -109,7 +125,7 @@ void MlineImp::setStyle(dxf::RecordId style) {
 }
 
 bool MlineImp::appendSegments(const std::vector<KdGePoint3d>& points) {
-  if (!isWritable() || points.size() != m_data.vertices.size() || !std::ranges::all_of(points, isFinite<KdGePoint3d>))
+  if (!isWritable() || points.size() != m_data->vertices.size() || !std::ranges::all_of(points, isFinite<KdGePoint3d>))
     return false;
   MlineData& data = change();
   for (std::size_t i = 0; i < points.size(); ++i) data.vertices[i].position = points[i];
@@ -118,7 +134,7 @@ bool MlineImp::appendSegments(const std::vector<KdGePoint3d>& points) {
 
 bool MlineImp::appendSeg(const std::vector<KdGeVector3d>& vectors, int selector) {
   if (selector != kAxes && selector != kMiters) return false;
-  if (!isWritable() || vectors.size() != m_data.vertices.size() || !std::ranges::all_of(vectors, isFinite<KdGeVector3d>)) {
+  if (!isWritable() || vectors.size() != m_data->vertices.size() || !std::ranges::all_of(vectors, isFinite<KdGeVector3d>)) {
     return false;
   }
   MlineData& data = change();
@@ -144,8 +160,12 @@ const MlineVertex* vertexOf(const KdDbMline& mline, int index) {
   return index >= 0 && index < static_cast<int>(vertices.size()) ? &vertices[static_cast<std::size_t>(index)] : nullptr;
 }
 
-bool areFinite(const std::vector<double>& values) {
+bool areFinite(std::span<const double> values) {
   return std::ranges::all_of(values, [](double value) { return std::isfinite(value); });
+}
+
+bool isFinite(const KdMLSegmentView& lists) {
+  return areFinite(lists.elementParameters) && areFinite(lists.areaFillParameters);
 }
 
 /// Sets one value of a multiline that may be changed.
@@ -168,14 +188,17 @@ KdStatus setShaping(const KdDbMline& mline, Member member, const Value& value) {
   return KdStatus::ok;
 }
 
-KdStatus setList(const KdDbMline& mline, int vertex, int element, std::vector<double> KdMLSegment::*list,
-                 std::vector<double> values) {
+KdStatus setList(const KdDbMline& mline, int vertex, int element, std::span<const double> KdMLSegmentView::*list,
+                 std::span<const double> values) {
   MlineImp& imp = impOf(mline);
+  const auto index = static_cast<std::size_t>(element);
   if (!imp.isWritable()) return KdStatus::notOpen;
-  if (!mline.segmentAt(vertex, element)) return KdStatus::invalidIndex;
+  if (element < 0 || index >= mline.segmentsAt(vertex).size()) return KdStatus::invalidIndex;
   if (!areFinite(values)) return KdStatus::invalidInput;
-  MlineVertex& changed = imp.change().vertices[static_cast<std::size_t>(vertex)];
-  changed.elements[static_cast<std::size_t>(element)].*list = std::move(values);
+  KdMLSegments& changed = imp.change().vertices[static_cast<std::size_t>(vertex)].elements;
+  KdMLSegmentView lists = changed[index];
+  lists.*list = values;
+  changed.set(index, lists);
   return KdStatus::ok;
 }
 
@@ -210,34 +233,39 @@ KdGeVector3d KdDbMline::miterAt(int index) const {
 KdStatus KdDbMline::getParametersAt(int index, std::vector<std::vector<KdMLSegment>>& parameters) const {
   const MlineVertex* vertex = vertexOf(*this, index);
   if (!vertex) return KdStatus::invalidIndex;
-  parameters.assign(1, vertex->elements);
+  parameters.assign(1, vertex->elements.toVector());
   return KdStatus::ok;
 }
 
 KdStatus KdDbMline::setParametersAt(int index, const std::vector<std::vector<KdMLSegment>>& parameters) {
+  if (!impOf(*this).isWritable()) return KdStatus::notOpen;
+  if (!vertexOf(*this, index)) return KdStatus::invalidIndex;
+  return parameters.empty() ? KdStatus::invalidInput : setSegmentsAt(index, parameters.front());
+}
+
+const KdMLSegments& KdDbMline::segmentsAt(int index) const {
+  static const KdMLSegments kNone;
+  const MlineVertex* vertex = vertexOf(*this, index);
+  return vertex ? vertex->elements : kNone;
+}
+
+KdStatus KdDbMline::setSegmentsAt(int index, const KdMLSegments& segments) {
   MlineImp& imp = impOf(*this);
   if (!imp.isWritable()) return KdStatus::notOpen;
   if (!vertexOf(*this, index)) return KdStatus::invalidIndex;
-  if (parameters.empty()) return KdStatus::invalidInput;
-  for (const KdMLSegment& segment : parameters.front()) {
-    if (!areFinite(segment.elementParameters) || !areFinite(segment.areaFillParameters)) return KdStatus::invalidInput;
+  for (std::size_t i = 0; i < segments.size(); ++i) {
+    if (!isFinite(segments[i])) return KdStatus::invalidInput;
   }
-  imp.change().vertices[static_cast<std::size_t>(index)].elements = parameters.front();
+  imp.change().vertices[static_cast<std::size_t>(index)].elements = segments;
   return KdStatus::ok;
 }
 
-const KdMLSegment* KdDbMline::segmentAt(int vertex, int element) const {
-  const MlineVertex* found = vertexOf(*this, vertex);
-  if (!found || element < 0 || element >= static_cast<int>(found->elements.size())) return nullptr;
-  return &found->elements[static_cast<std::size_t>(element)];
+KdStatus KdDbMline::setElementParametersAt(int vertex, int element, std::span<const double> values) {
+  return setList(*this, vertex, element, &KdMLSegmentView::elementParameters, values);
 }
 
-KdStatus KdDbMline::setElementParametersAt(int vertex, int element, std::vector<double> values) {
-  return setList(*this, vertex, element, &KdMLSegment::elementParameters, std::move(values));
-}
-
-KdStatus KdDbMline::setAreaFillParametersAt(int vertex, int element, std::vector<double> values) {
-  return setList(*this, vertex, element, &KdMLSegment::areaFillParameters, std::move(values));
+KdStatus KdDbMline::setAreaFillParametersAt(int vertex, int element, std::span<const double> values) {
+  return setList(*this, vertex, element, &KdMLSegmentView::areaFillParameters, values);
 }
 
 KdStatus KdDbMline::appendSeg(const KdGePoint3d& point) {

@@ -6,6 +6,7 @@
 #include "dxf/drawing_file.h"
 
 #include <kdrx/db_mline.h>
+#include <kdrx/db_mline_segments.h>
 
 namespace torva::db {
 
@@ -13,8 +14,7 @@ struct MlineVertex {
   KdGePoint3d position;
   KdGeVector3d axis;
   KdGeVector3d miter;
-  std::vector<KdMLSegment>
-      elements;  ///< In the style's element order; may differ in number from vertex to vertex in odd files.
+  KdMLSegments elements;  ///< In the style's element order; may differ in number from vertex to vertex in odd files.
 
   bool operator==(const MlineVertex&) const;
 };

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <span>
 
 namespace torva::db {
 
@@ -82,10 +83,10 @@ class Path {
   void drawWhole(std::size_t index) {
     MlineVertex& vertex = m_vertices[index];
     vertex.miter = miterAt(index);
-    vertex.elements.resize(m_shape.distances.size());
-    for (std::size_t k = 0; k < m_shape.distances.size(); ++k) {
-      vertex.elements[k] = {{}, {alongMiter(m_shape.distances[k], vertex, m_data.normal), 0}};
-    }
+    std::vector<KdMLSegment> elements;
+    for (const double distance : m_shape.distances)
+      elements.push_back({{}, {alongMiter(distance, vertex, m_data.normal), 0}});
+    vertex.elements = elements;
   }
 
   /// Turns the miter of a vertex whose segment stays: breaks are measured from another point then.
@@ -93,9 +94,10 @@ class Path {
     MlineVertex& vertex = m_vertices[index];
     const KdGeVector3d old = vertex.miter;
     vertex.miter = miterAt(index);
-    const std::size_t count = std::min(vertex.elements.size(), m_shape.distances.size());
+    std::vector<KdMLSegment> elements = vertex.elements.toVector();
+    const std::size_t count = std::min(elements.size(), m_shape.distances.size());
     for (std::size_t k = 0; k < count; ++k) {
-      std::vector<double>& list = vertex.elements[k].elementParameters;
+      std::vector<double>& list = elements[k].elementParameters;
       if (list.empty()) continue;
       const double offset = alongMiter(m_shape.distances[k], vertex, m_data.normal);
       const double shift = (old * list[0] - vertex.miter * offset).dotProduct(vertex.axis);
@@ -105,6 +107,7 @@ class Path {
         if (i > 1 || list[i] != 0) list[i] += shift;
       }
     }
+    vertex.elements = elements;
   }
 
  private:
@@ -130,8 +133,8 @@ std::vector<double> distancesFrom(const MlineStyleData& style, const MlineData& 
 std::vector<double> distancesFrom(const MlineVertex& vertex, const KdGeVector3d& normal) {
   const double sine = vertex.miter.dotProduct(leftOf(vertex.axis, normal));
   std::vector<double> distances;
-  for (const KdMLSegment& element : vertex.elements) {
-    const std::vector<double>& list = element.elementParameters;
+  for (std::size_t k = 0; k < vertex.elements.size(); ++k) {
+    const std::span<const double> list = vertex.elements[k].elementParameters;
     distances.push_back(list.empty() ? 0 : list.front() * sine);
   }
   return distances;

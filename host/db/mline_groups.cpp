@@ -1,6 +1,9 @@
 #include "db/mline_groups.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "db/mline_vertex_reader.h"
 
 namespace torva::db {
 
@@ -33,19 +36,6 @@ void setFlags(MlineData& data, int flags) {
   data.suppressesStartCaps = flags & kNoStartCapsFlag;
   data.suppressesEndCaps = flags & kNoEndCapsFlag;
   data.otherFlags = flags & ~kKnownFlags;
-}
-
-KdMLSegment& elementAt(MlineVertex& vertex, int index) {
-  // Elements come one after the other, so that the list never grows by more than one.
-  if (index >= static_cast<int>(vertex.elements.size())) vertex.elements.emplace_back();
-  return vertex.elements[index];
-}
-
-/// Room for as many as a count in the record says, which is a hint only and may be anything.
-template <class List>
-void reserve(List& list, const dxf::Group& count) {
-  constexpr std::int64_t kMost = 64;
-  list.reserve(static_cast<std::size_t>(std::clamp<std::int64_t>(count.integerOr(0), 0, kMost)));
 }
 
 }  // namespace
@@ -137,23 +127,59 @@ MlineSlot MlineClassifier::inVertex(MlineRole role, int coordinate) const {
   return m_vertex < 0 ? MlineSlot{} : MlineSlot{role, coordinate};
 }
 
-MlineSource readMlineSource(const dxf::DrawingFile& file, dxf::Groups groups) {
-  MlineSource source;
-  MlineData& data = source.data;
-  MlineClassifier classifier(groups);
-  const auto realOf = [&](const dxf::Group& group) {
-    const std::optional<double> value = group.real();
-    if (!value && !source.unreadable) source.unreadable = group;
-    return value.value_or(0);
-  };
-  for (const dxf::Group& group : groups) {
-    const MlineSlot slot = classifier.classify(group);
-    if (classifier.isPast()) break;
-    if (slot.role == MlineRole::other) continue;
-    if (slot.role <= MlineRole::normal) source.header.set(slot.bit());
+namespace {
+
+class MlineReader {
+ public:
+  MlineReader(const dxf::DrawingFile& file, std::string_view bytes)
+      : m_file(file), m_bytes(bytes), m_classifier(file.groupsOf(bytes)), m_usualVertices(file.form(), bytes) {}
+
+  MlineSource read() {
+    for (std::size_t place = 0; place < m_bytes.size();) place = readGroups(place);
+    endVertex();
+    return std::move(m_source);
+  }
+
+ private:
+  /// Reads from a place in the record on. Returns where to go on: behind vertices that were read together, or at the end.
+  std::size_t readGroups(std::size_t place) {
+    for (const dxf::Group& group : m_file.groupsOf(m_bytes.substr(place))) {
+      const MlineSlot slot = m_classifier.classify(group);
+      if (m_classifier.isPast()) break;
+      if (slot.role == MlineRole::other) continue;
+      if (slot.beginsVertex()) {
+        const auto begin = static_cast<std::size_t>(group.source.data() - m_bytes.data());
+        endVertex();
+        // The classifier counts them as one, which makes no difference here.
+        if (const std::size_t end = readUsualVertices(begin); end != begin) return end;
+        m_source.vertexBegins.push_back(begin);
+        m_source.data.vertices.emplace_back();
+      }
+      if (slot.role <= MlineRole::normal) {
+        readHeader(slot, group);
+      } else {
+        readVertex(slot, group);
+      }
+    }
+    return m_bytes.size();
+  }
+
+  std::size_t readUsualVertices(std::size_t begin) {
+    for (MlineVertex vertex;;) {
+      const std::size_t end = m_usualVertices.read(begin, vertex);
+      if (end == begin) return begin;
+      m_source.vertexBegins.push_back(std::exchange(begin, end));
+      m_source.data.vertices.push_back(std::move(vertex));
+    }
+  }
+
+  void readHeader(const MlineSlot& slot, const dxf::Group& group) {
+    MlineData& data = m_source.data;
+    m_source.header.set(slot.bit());
+    if (m_classifier.vertex() >= 0) m_source.isHeaderInFront = false;
     switch (slot.role) {
       case MlineRole::styleName:
-        data.styleName = file.text(group);
+        data.styleName = m_file.text(group);
         break;
       case MlineRole::styleHandle:
         data.styleHandle = group.handle().value_or(0);
@@ -167,39 +193,78 @@ MlineSource readMlineSource(const dxf::DrawingFile& file, dxf::Groups groups) {
       case MlineRole::flags:
         setFlags(data, static_cast<int>(group.integerOr(0)));
         break;
+      case MlineRole::vertexCount:
+        reserve(group.integerOr(0));
+        break;
       case MlineRole::normal:
         coordinateOf(data.normal, slot.coordinate) = realOf(group);
-        break;
-      case MlineRole::position:
-        if (slot.coordinate == 0) data.vertices.emplace_back();
-        coordinateOf(data.vertices.back().position, slot.coordinate) = realOf(group);
-        break;
-      case MlineRole::axis:
-        coordinateOf(data.vertices.back().axis, slot.coordinate) = realOf(group);
-        break;
-      case MlineRole::miter:
-        coordinateOf(data.vertices.back().miter, slot.coordinate) = realOf(group);
-        break;
-      case MlineRole::vertexCount:
-        reserve(data.vertices, group);
-        break;
-      case MlineRole::lineCount:
-        reserve(elementAt(data.vertices.back(), classifier.element()).elementParameters, group);
-        break;
-      case MlineRole::fillCount:
-        reserve(elementAt(data.vertices.back(), classifier.element()).areaFillParameters, group);
-        break;
-      case MlineRole::line:
-        elementAt(data.vertices.back(), classifier.element()).elementParameters.push_back(realOf(group));
-        break;
-      case MlineRole::fill:
-        elementAt(data.vertices.back(), classifier.element()).areaFillParameters.push_back(realOf(group));
         break;
       default:
         break;
     }
   }
-  return source;
+
+  /// The count is believed as far as the record has room for so many.
+  void reserve(std::int64_t count) {
+    constexpr std::size_t kLeastVertexSize = 64;
+    const std::size_t most = m_bytes.size() / kLeastVertexSize;
+    m_source.data.vertices.reserve(std::min(most, static_cast<std::size_t>(std::max<std::int64_t>(count, 0))));
+    m_source.vertexBegins.reserve(m_source.data.vertices.capacity());
+  }
+
+  void readVertex(const MlineSlot& slot, const dxf::Group& group) {
+    MlineVertex& vertex = m_source.data.vertices.back();
+    switch (slot.role) {
+      case MlineRole::position:
+        coordinateOf(vertex.position, slot.coordinate) = realOf(group);
+        break;
+      case MlineRole::axis:
+        coordinateOf(vertex.axis, slot.coordinate) = realOf(group);
+        break;
+      case MlineRole::miter:
+        coordinateOf(vertex.miter, slot.coordinate) = realOf(group);
+        break;
+      case MlineRole::line:
+        currentElement().elementParameters.push_back(realOf(group));
+        break;
+      case MlineRole::fill:
+        currentElement().areaFillParameters.push_back(realOf(group));
+        break;
+      default:
+        currentElement();
+    }
+  }
+
+  KdMLSegment& currentElement() {
+    // Elements come one after the other, so that the list never grows by more than one.
+    const auto index = static_cast<std::size_t>(m_classifier.element());
+    if (index >= m_elements.size()) m_elements.emplace_back();
+    return m_elements[index];
+  }
+
+  void endVertex() {
+    if (!m_elements.empty()) m_source.data.vertices.back().elements = m_elements;
+    m_elements.clear();
+  }
+
+  double realOf(const dxf::Group& group) {
+    const std::optional<double> value = group.real();
+    if (!value && !m_source.unreadable) m_source.unreadable = group;
+    return value.value_or(0);
+  }
+
+  const dxf::DrawingFile& m_file;
+  std::string_view m_bytes;
+  MlineClassifier m_classifier;
+  UsualVertexReader m_usualVertices;
+  MlineSource m_source;
+  std::vector<KdMLSegment> m_elements;  // of the last vertex, if that was not read as a usual one
+};
+
+}  // namespace
+
+MlineSource readMlineSource(const dxf::DrawingFile& file, std::string_view bytes) {
+  return MlineReader(file, bytes).read();
 }
 
 int flagWord(const MlineData& data) {
@@ -214,7 +279,7 @@ bool MlineVertex::operator==(const MlineVertex& other) const {
 }
 
 MlineData readMline(const dxf::DrawingFile& file, dxf::RecordId record) {
-  return readMlineSource(file, file.groups(record)).data;
+  return readMlineSource(file, file.bytes(record)).data;
 }
 
 }  // namespace torva::db

@@ -34,6 +34,7 @@ struct MlineSlot {
   MlineRole role = MlineRole::other;
   int coordinate = 0;
 
+  bool beginsVertex() const { return role == MlineRole::position && coordinate == 0; }
   std::size_t bit() const { return 3 * static_cast<std::size_t>(role) + static_cast<std::size_t>(coordinate); }
 };
 
@@ -45,6 +46,8 @@ class MlineClassifier {
   explicit MlineClassifier(dxf::Groups groups);
 
   MlineSlot classify(const dxf::Group& group);
+  /// Goes on behind `count` vertices that were not looked at. Requires: the last group began the one before them.
+  void passVertices(int count) { m_vertex += count; }
 
   /// Index of the vertex and element that the last classified group belongs to; -1 before the first.
   int vertex() const { return m_vertex; }
@@ -66,20 +69,25 @@ class MlineClassifier {
   int m_element = -1;
 };
 
-/// A multiline as its record has it, and which of its header groups the record has (MlineSlot::bit()).
+/// A multiline as its record has it, and what writing over that record needs to know of it.
 struct MlineSource {
   MlineData data;
-  std::bitset<64> header;
-  std::optional<dxf::Group> unreadable;  ///< The first group whose value is no number and counts as 0.
+  std::bitset<64> header;                 ///< The header groups that the record has (MlineSlot::bit()).
+  bool isHeaderInFront = true;            ///< None of them stands behind the first vertex.
+  std::vector<std::size_t> vertexBegins;  ///< Where in the record each vertex begins, in bytes.
+  std::optional<dxf::Group> unreadable;   ///< The first group whose value is no number and counts as 0.
 };
 
-MlineSource readMlineSource(const dxf::DrawingFile& file, dxf::Groups groups);
+/// `bytes` is a whole record.
+MlineSource readMlineSource(const dxf::DrawingFile& file, std::string_view bytes);
 
 /// The flag word (group 71) for a multiline.
 int flagWord(const MlineData& data);
 
-/// The bytes of a record with `data` for its multiline part; `bytes` is a whole record. See writeMline(). A record without
-/// any group of a multiline gets all of them.
-std::string writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineData& data);
+/// The bytes of a record with `data` for its multiline part; `bytes` is a whole record, and `source` what it says. See
+/// writeMline(). A record without any group of a multiline gets all of them. Of vertices that did not change nothing is
+/// read.
+std::string writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineSource& source,
+                       const MlineData& data);
 
 }  // namespace torva::db

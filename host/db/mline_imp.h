@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
+
 #include "db/entity_properties.h"
-#include "db/mline_data.h"
 #include "db/mline_geometry.h"
+#include "db/mline_groups.h"
 #include "db/object_imp.h"
 
 namespace torva::db {
@@ -17,7 +19,7 @@ class MlineImp final : public KdDbObjectImp, public KdDbMlineImp {
   bool appendSegments(const std::vector<KdGePoint3d>& points) override;
   bool appendSeg(const std::vector<KdGeVector3d>& vectors, int selector) override;
 
-  const MlineData& data() const { return m_data; }
+  const MlineData& data() const { return *m_data; }
   /// The data for a change; touches the object. Requires: it is writable.
   MlineData& change();
   EntityProperties properties() const;
@@ -36,7 +38,13 @@ class MlineImp final : public KdDbObjectImp, public KdDbMlineImp {
   std::string write() const override;
 
  private:
-  MlineData m_data;
+  /// The data for a change.
+  MlineData& own();
+
+  // Shared with the original and with copies, until one of them changes.
+  std::shared_ptr<MlineData> m_data = std::make_shared<MlineData>();
+  /// What the record says in the drawing as it was opened, while that is at hand.
+  std::weak_ptr<const MlineSource> m_original;
   /// Only when they may differ from those in the file; most multilines never need it.
   std::optional<EntityProperties> m_newProperties;
   /// Number of the database whose handles the data has, for objects outside any database; 0 when the data names no handle.

@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <span>
+#include <utility>
 
 #include "db/mline_alignment.h"
 #include "db/mline_groups.h"
@@ -31,79 +33,105 @@ class ListWriter {
  public:
   ListWriter(dxf::RecordBuilder& out, int valueCode) : m_out(out), m_valueCode(valueCode) {}
 
-  void begin(const std::vector<double>& source, const std::vector<double>& target) {
+  void begin(std::span<const double> source, std::span<const double> target) {
     m_sourceCount = source.size();
-    m_target = &target;
+    m_target = target;
     m_index = 0;
     const std::size_t shorter = std::min(source.size(), target.size());
     m_front = static_cast<std::size_t>(std::mismatch(source.begin(), source.begin() + shorter, target.begin()).first -
                                        source.begin());
     m_back = 0;
     while (m_back < shorter - m_front && source[source.size() - 1 - m_back] == target[target.size() - 1 - m_back]) ++m_back;
+    m_isUnchanged = m_front == m_sourceCount && m_front == target.size();
     m_isMiddleDue = true;
+    m_isEnded = false;
   }
 
   /// A count that was wrong is put right only together with its list.
   void count(const dxf::Group& group) {
-    const bool isUnchanged = m_front == m_sourceCount && m_front == m_target->size();
-    if (isUnchanged || group.integer() == static_cast<std::int64_t>(m_target->size())) {
+    if (m_isUnchanged || group.integer() == static_cast<std::int64_t>(m_target.size())) {
       m_out.copy(group);
     } else {
-      m_out.integer(group.code, static_cast<std::int64_t>(m_target->size()));
+      m_out.integer(group.code, static_cast<std::int64_t>(m_target.size()));
     }
   }
 
   void value(const dxf::Group& group) {
+    if (m_isUnchanged) return m_out.copy(group);
+    if (m_isEnded) return;
     const std::size_t index = m_index++;
-    if (index < m_front) {
-      m_out.copy(group);
-      return;
-    }
-    end();
+    if (index < m_front) return m_out.copy(group);
+    writeMiddle();
     if (index >= m_sourceCount - m_back) m_out.copy(group);
   }
 
-  /// Writes what is left to write. To be called at the list's end at the latest.
+  /// Writes what is left to write: also what the source has behind the list's end, in odd records.
   void end() {
-    if (!std::exchange(m_isMiddleDue, false)) return;
-    for (std::size_t i = m_front; i < m_target->size() - m_back; ++i) m_out.real(m_valueCode, (*m_target)[i]);
+    if (m_isUnchanged || std::exchange(m_isEnded, true)) return;
+    write(m_index, m_front);
+    writeMiddle();
+    write(m_target.size() - std::min(m_back, m_sourceCount - m_index), m_target.size());
   }
 
  private:
+  void write(std::size_t from, std::size_t to) {
+    for (std::size_t i = from; i < to; ++i) m_out.real(m_valueCode, m_target[i]);
+  }
+
+  void writeMiddle() {
+    if (std::exchange(m_isMiddleDue, false)) write(m_front, m_target.size() - m_back);
+  }
+
   dxf::RecordBuilder& m_out;
   int m_valueCode;
   std::size_t m_sourceCount = 0, m_index = 0, m_front = 0, m_back = 0;
-  const std::vector<double>* m_target = nullptr;
-  bool m_isMiddleDue = false;
+  std::span<const double> m_target;
+  bool m_isUnchanged = true, m_isMiddleDue = false, m_isEnded = true;
 };
 
 class MlineWriter {
  public:
-  MlineWriter(const dxf::DrawingFile& file, std::string_view bytes, const MlineData& target)
-      : m_groups(file.groupsOf(bytes)),
-        m_source(readMlineSource(file, m_groups)),
+  MlineWriter(const dxf::DrawingFile& file, std::string_view record, const MlineSource& source, const MlineData& target)
+      : m_file(file),
+        m_record(record),
+        m_source(source),
         m_target(target),
-        m_targetOf(alignVertices(m_source.data.vertices, target.vertices)),
+        m_targetOf(alignVertices(source.data.vertices, target.vertices)),
+        m_classifier(file.groupsOf(record)),
         m_out(file),
         m_line(m_out, 41),
         m_fill(m_out, 42) {}
 
   std::string write() {
-    MlineClassifier classifier(m_groups);
-    for (const dxf::Group& group : m_groups) {
-      const MlineSlot slot = classifier.classify(group);
-      if (classifier.isPast()) finish();
-      if (slot.role == MlineRole::position && slot.coordinate == 0) {
-        endVertex();
-        beginVertex(classifier.vertex());
-      }
-      writeGroup(group, slot, classifier.element());
-    }
+    constexpr std::size_t kPartForEdits = 8;
+    m_written.reserve(m_record.size() + m_record.size() / kPartForEdits);
+    for (std::size_t place = 0; place < m_record.size();) place = writeGroups(place);
     finish();
-    return m_out.take();
+    m_written += m_out.take();
+    return std::move(m_written);
   }
 
  private:
+  /// Writes from a place in the record on. Returns where to go on: behind vertices that were copied, or at the end.
+  std::size_t writeGroups(std::size_t place) {
+    for (const dxf::Group& group : m_file.groupsOf(m_record.substr(place))) {
+      const MlineSlot slot = m_classifier.classify(group);
+      if (m_classifier.isPast()) finish();
+      if (slot.beginsVertex()) {
+        endVertex();
+        const int vertex = m_classifier.vertex();
+        if (const int count = untouchedVertices(vertex); count > 0) {
+          copyVertices(vertex, count);
+          m_classifier.passVertices(count - 1);
+          return m_source.vertexBegins[static_cast<std::size_t>(vertex + count)];
+        }
+        beginVertex(vertex);
+      }
+      writeGroup(group, slot, m_classifier.element());
+    }
+    return m_record.size();
+  }
+
   void writeGroup(const dxf::Group& group, const MlineSlot& slot, int element) {
     switch (slot.role) {
       case MlineRole::other:
@@ -224,6 +252,29 @@ class MlineWriter {
 
   // --- vertices ---
 
+  /// Number of vertices from one on that stand in the record as they are to be written, one after the other. The last vertex
+  /// is never among them: other groups may follow it.
+  int untouchedVertices(int source) const {
+    const std::vector<MlineVertex>& vertices = m_source.data.vertices;
+    const int last = static_cast<int>(vertices.size()) - 1, target = m_targetOf[source];
+    if (target < 0 || !m_source.isHeaderInFront) return 0;
+    int count = 0;
+    while (source + count < last && m_targetOf[source + count] == target + count &&
+           vertices[source + count] == m_target.vertices[target + count]) {
+      ++count;
+    }
+    return count;
+  }
+
+  void copyVertices(int source, int count) {
+    writeMissingHeader();
+    writeNewVerticesUpTo(m_targetOf[source]);
+    m_verticesWritten += count;
+    const auto begin = m_source.vertexBegins.begin() + source;
+    m_written += m_out.take();
+    m_written += m_record.substr(begin[0], begin[count] - begin[0]);
+  }
+
   void beginVertex(int source) {
     writeMissingHeader();
     m_sourceVertex = &m_source.data.vertices[source];
@@ -233,7 +284,7 @@ class MlineWriter {
     m_elementsBegun = 0;
     if (target < 0) return;
     writeNewVerticesUpTo(target);
-    m_written = target + 1;
+    m_verticesWritten = target + 1;
   }
 
   void endVertex() {
@@ -248,10 +299,10 @@ class MlineWriter {
   }
 
   void writeNewVerticesUpTo(int end) {
-    for (; m_written < end; ++m_written) {
-      const MlineVertex& vertex = m_target.vertices[m_written];
+    for (; m_verticesWritten < end; ++m_verticesWritten) {
+      const MlineVertex& vertex = m_target.vertices[m_verticesWritten];
       for (int i = 0; i < kCoordinatesPerVertex; ++i) writeNewCoordinate(vertex, i);
-      for (const KdMLSegment& element : vertex.elements) writeElement(element);
+      for (std::size_t i = 0; i < vertex.elements.size(); ++i) writeElement(vertex.elements[i]);
     }
   }
 
@@ -288,7 +339,7 @@ class MlineWriter {
       if (m_elementsBegun == 0) writeMissingCoordinates();
       beginElement(element);
     }
-    if (!m_targetElement) return;
+    if (!m_hasElement) return;
     switch (role) {
       case MlineRole::lineCount:
         m_line.count(group);
@@ -311,24 +362,22 @@ class MlineWriter {
   void beginElement(int element) {
     m_elementsBegun = element + 1;
     m_hasFillList = false;
-    m_targetElement = nullptr;
-    if (element >= static_cast<int>(m_targetVertex->elements.size())) return;
-    m_targetElement = &m_targetVertex->elements[element];
-    const KdMLSegment& source = m_sourceVertex->elements[element];
-    m_line.begin(source.elementParameters, m_targetElement->elementParameters);
-    m_fill.begin(source.areaFillParameters, m_targetElement->areaFillParameters);
+    m_hasElement = element < static_cast<int>(m_targetVertex->elements.size());
+    if (!m_hasElement) return;
+    const KdMLSegmentView source = m_sourceVertex->elements[element], target = m_targetVertex->elements[element];
+    m_line.begin(source.elementParameters, target.elementParameters);
+    m_fill.begin(source.areaFillParameters, target.areaFillParameters);
+    m_fillCount = target.areaFillParameters.size();
   }
 
   void endElement() {
-    if (!m_targetElement) return;
+    if (!std::exchange(m_hasElement, false)) return;
     m_line.end();
-    const std::vector<double>& fill = m_targetElement->areaFillParameters;
-    if (!m_hasFillList && !fill.empty()) m_out.integer(75, static_cast<std::int64_t>(fill.size()));
+    if (!m_hasFillList && m_fillCount > 0) m_out.integer(75, static_cast<std::int64_t>(m_fillCount));
     m_fill.end();
-    m_targetElement = nullptr;
   }
 
-  void writeElement(const KdMLSegment& element) {
+  void writeElement(const KdMLSegmentView& element) {
     m_out.integer(74, static_cast<std::int64_t>(element.elementParameters.size()));
     for (const double value : element.elementParameters) m_out.real(41, value);
     m_out.integer(75, static_cast<std::int64_t>(element.areaFillParameters.size()));
@@ -344,32 +393,38 @@ class MlineWriter {
 
   enum class Written : std::uint8_t { no, here, instead };
 
-  dxf::Groups m_groups;
-  MlineSource m_source;
+  const dxf::DrawingFile& m_file;
+  const std::string_view m_record;
+  const MlineSource& m_source;
   const MlineData& m_target;
-  std::vector<int> m_targetOf;
-  dxf::RecordBuilder m_out;
+  const std::vector<int> m_targetOf;
+  MlineClassifier m_classifier;
+  std::string m_written;     // up to the last vertices that were copied together
+  dxf::RecordBuilder m_out;  // from there on
   ListWriter m_line, m_fill;
 
   const MlineVertex* m_sourceVertex = nullptr;
   const MlineVertex* m_targetVertex = nullptr;  // null for a vertex that is gone
-  const KdMLSegment* m_targetElement = nullptr;
+  bool m_hasElement = false;                    // the target has the current one
   std::array<Written, kCoordinatesPerVertex> m_coordinates = {};
   int m_elementsBegun = 0;
   bool m_hasFillList = false;
-  int m_written = 0;  // vertices of the target
+  std::size_t m_fillCount = 0;
+  int m_verticesWritten = 0;  // of the target
   bool m_isHeaderComplete = false;
   bool m_isFinished = false;
 };
 
 }  // namespace
 
-std::string writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineData& data) {
-  return MlineWriter(file, bytes, data).write();
+std::string writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineSource& source,
+                       const MlineData& data) {
+  return MlineWriter(file, bytes, source, data).write();
 }
 
 std::string writeMline(const dxf::DrawingFile& file, dxf::RecordId record, const MlineData& data) {
-  return writeMline(file, file.bytes(record), data);
+  const std::string_view bytes = file.bytes(record);
+  return writeMline(file, bytes, readMlineSource(file, bytes), data);
 }
 
 }  // namespace torva::db

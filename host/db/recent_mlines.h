@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 
 #include "db/mline_groups.h"
 
@@ -11,19 +12,14 @@ class RecentMlines {
  public:
   explicit RecentMlines(const dxf::DrawingFile& file) : m_file(file) {}
 
-  /// What an MLINE record says. Valid until the next such call.
-  const MlineData& data(dxf::RecordId record);
-  /// The same, with what is found wrong, to be kept by the caller.
-  MlineSource source(dxf::RecordId record) const;
+  /// What an MLINE record says, shared with all who ask for it: nobody changes it.
+  std::shared_ptr<MlineSource> source(dxf::RecordId record);
 
  private:
   struct Entry {
     dxf::RecordId record = dxf::kNoRecord;
-    MlineSource source;
+    std::shared_ptr<MlineSource> source;
   };
-
-  /// Null for a record that is not at hand. One that was changed may change again and is never.
-  const Entry* find(dxf::RecordId record) const;
 
   const dxf::DrawingFile& m_file;
   std::array<Entry, 8> m_entries;

@@ -22,10 +22,7 @@ void Database::UndoLog::end(const dxf::DrawingFile& file) {
   if (!std::exchange(m_isRecording, false)) return;
   m_kept.clear();
   Step step = std::exchange(m_current, {});
-  std::erase_if(step.entries, [&](const Entry& entry) {
-    const dxf::RecordState now = file.state(entry.record);
-    return now.isErased == entry.state.isErased && now.bytes == entry.state.bytes;
-  });
+  std::erase_if(step.entries, [&](const Entry& entry) { return file.isInState(entry.record, entry.state); });
   if (step.entries.empty()) return;
   m_done.push_back(std::move(step));
   m_undone.clear();

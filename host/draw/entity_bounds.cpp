@@ -42,15 +42,16 @@ Box3 EntityBounds::scanned(Scan scan, dxf::RecordId entity, Level level) {
   Box3 box;
   switch (file.type(entity)) {
     case RecordType::mline: {
-      if (m_database.hasObject(entity)) {
-        readCommonFacts(scan, facts);
-        box = mlineBox(entity);
-        break;
-      }
       MlineHead mline;
       MlineExtents extents;
-      const bool isUsual = readUsualMline(scan, facts, mline, extents);
-      box = isUsual ? extents.box(style(mline.styleHandle, mline.styleName), mline.ends()) : mlineBox(entity);
+      const bool isRead =
+          m_isPlainText && !m_database.hasObject(entity) && readUsualMline(file.bytes(entity), facts, mline, extents);
+      if (isRead) {
+        box = extents.box(style(mline.styleHandle, mline.styleName), mline.ends());
+        break;
+      }
+      readCommonFacts(scan, facts);
+      box = mlineBox(entity);
       break;
     }
     case RecordType::lwpolyline:
@@ -94,11 +95,10 @@ Box3 EntityBounds::scanned(Scan scan, dxf::RecordId entity, Level level) {
 bool EntityBounds::mayMeet(dxf::RecordId entity, const Box3& box) {
   const dxf::DrawingFile& file = m_database.file();
   if (!m_isPlainText || file.type(entity) != RecordType::mline || m_database.hasObject(entity)) return true;
-  TextScan scan(file.bytes(entity));
   Facts facts;
   MlineHead mline;
   MlineProbe probe(box);
-  const bool isUsual = readUsualMline(scan, facts, mline, probe);
+  const bool isUsual = readUsualMline(file.bytes(entity), facts, mline, probe);
   return !isUsual || probe.isMet(mline, style(mline.styleHandle, mline.styleName));
 }
 

@@ -4,14 +4,11 @@
 #include <cstdint>
 #include <string_view>
 
+#include "base/decimal.h"
+#include "base/numbers.h"
 #include "dxf/group.h"
 
 namespace torva::draw {
-
-/// The real number that a text says, within four units in the last place; 0 when it says none. Faster than parseReal() for
-/// the plain decimals that fill drawings, and meant for boxes only.
-/// @param readable the bytes that may be read from the text's begin on, no less than the text; no digit follows the text
-double quickReal(std::string_view text, std::size_t readable);
 
 /// The groups of a record up to its extended data and embedded objects, for reading many records in a hurry: the line ends
 /// of 64 bytes are found at once. For the text form with LF or CR LF; see GroupScan for the others.
@@ -27,22 +24,21 @@ class TextScan {
     return take(codeEnd, valueEnd);
   }
 
-  using Value = std::string_view;
-
   int code() const { return m_code; }
   std::string_view text() const {
     const char* const end = m_next - (m_next[-2] == '\r' ? 2 : 1);
     return {m_value, static_cast<std::size_t>(end - m_value)};
   }
-  /// The group's value, for real() later on.
-  Value value() const { return text(); }
-  double real() const { return real(value()); }
-  double real(Value value) const {
+  /// Within two units in the last place for the plain decimals that fill drawings: meant for boxes only.
+  double real() const {
+    const std::string_view value = text();
     // Numbers like 0.0 and 1.0 are the most frequent by far.
     if (value.size() == 3 && value[1] == '.' && isDigit(value[0]) && isDigit(value[2])) {
       return (value[0] - '0') + 0.1 * (value[2] - '0');
     }
-    return quickReal(value, static_cast<std::size_t>(m_end - value.data()));
+    double result = 0;
+    const char* const end = readNearDecimal(value.data(), m_end, result);
+    return end == value.data() + value.size() ? result : parseReal(value).value_or(0);
   }
 
   static bool isOwnPart(int code) {
@@ -101,13 +97,9 @@ class GroupScan {
     return m_group != std::default_sentinel && TextScan::isOwnPart(m_group->code);
   }
 
-  using Value = dxf::Group;
-
   int code() const { return m_group->code; }
   std::string_view text() const { return m_group->value; }
-  Value value() const { return *m_group; }
-  double real() const { return real(*m_group); }
-  double real(const Value& value) const { return value.realOr(0); }
+  double real() const { return m_group->realOr(0); }
 
  private:
   dxf::Groups::Iterator m_group;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numbers>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace torva::draw {
@@ -55,7 +56,7 @@ class ElementTracer {
     const auto base = miterPoint(from, element);
     if (!base) return;
     const auto next = miterPoint(to, element);
-    const std::vector<double>& values = from.elements[element].elementParameters;
+    const std::span<const double> values = from.elements[element].elementParameters;
     for (std::size_t k = 1; k < values.size(); k += 2) {
       const bool runsOn = k + 1 == values.size();
       if (runsOn && !next) return;
@@ -124,8 +125,8 @@ class MlinePainter {
     const auto nextLeft = miterPoint(to, left), nextRight = miterPoint(to, right);
     if (!nextLeft || !nextRight) return;
     KdGePoint3d leftStart = *miterPoint(from, left), rightStart = *miterPoint(from, right);
-    const std::vector<double>& leftStops = from.elements[left].areaFillParameters;
-    const std::vector<double>& rightStops = from.elements[right].areaFillParameters;
+    const std::span<const double> leftStops = from.elements[left].areaFillParameters;
+    const std::span<const double> rightStops = from.elements[right].areaFillParameters;
     const KdGePoint3d leftBase = leftStart, rightBase = rightStart;
     if (areFillBreaks(leftStops, rightStops)) {
       for (std::size_t k = 0; k < leftStops.size(); k += 2) {
@@ -139,7 +140,7 @@ class MlinePainter {
 
   /// Fill values are taken as breaks of the fill, a stop and a start each, when both edges have as many and in ascending
   /// order; drawings with other lists exist, their segments are filled whole.
-  static bool areFillBreaks(const std::vector<double>& left, const std::vector<double>& right) {
+  static bool areFillBreaks(std::span<const double> left, std::span<const double> right) {
     return left.size() == right.size() && left.size() % 2 == 0 && std::is_sorted(left.begin(), left.end()) &&
            std::is_sorted(right.begin(), right.end());
   }
@@ -259,11 +260,11 @@ geom::Box3 mlineExtents(const db::MlineData& mline, const db::MlineStyleData& st
     extents.beginVertex();
     extents.position() = vertex.position;
     extents.miter() = vertex.miter;
-    for (const KdMLSegment& element : vertex.elements) {
-      const std::vector<double>& values = element.elementParameters;
+    for (std::size_t i = 0; i < vertex.elements.size(); ++i) {
+      const std::span<const double> values = vertex.elements[i].elementParameters;
       if (values.empty()) continue;
       extents.addOffset(values.front());
-      for (std::size_t i = 1; i < values.size(); ++i) extents.addCut(vertex.axis * values[i]);
+      for (const double value : values.subspan(1)) extents.addCut(vertex.axis * value);
     }
     extents.endVertex();
   }

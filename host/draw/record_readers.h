@@ -9,8 +9,9 @@
 #include "draw/mline_shape.h"
 #include "draw/polylines.h"
 #include "draw/shape_boxes.h"
+#include "dxf/text_cursor.h"
 
-// Readers of records for boxes alone, each for both kinds of scan: TextScan and GroupScan.
+// Readers of records for boxes alone; those with a scan are for both kinds: TextScan and GroupScan.
 
 namespace torva::draw {
 
@@ -198,76 +199,74 @@ class MlineProbe {
   bool m_isMet = false;
 };
 
-/// False for a record in any other order.
-template <class Scan, class Collector>
-bool readUsualMline(Scan& scan, EntityFacts& facts, MlineHead& mline, Collector& extents) {
-  constexpr std::array<int, 9> kVertexCodes = {11, 21, 31, 12, 22, 32, 13, 23, 33};
-  enum class Part { head, vertex, lists, offset, line, fill } part = Part::head;
-  // The axis is read for vertices with cuts alone: most have none.
-  const std::array<double*, 9> slots = {
-      &extents.position().x, &extents.position().y, &extents.position().z, nullptr, nullptr, nullptr,
-      &extents.miter().x,    &extents.miter().y,    &extents.miter().z};
-  std::array<typename Scan::Value, 9> texts;
-  std::optional<KdGeVector3d> axis;
-  std::size_t slot = 0;
-  const auto takeSlot = [&] {
-    if (slots[slot]) {
-      *slots[slot] = scan.real();
-    } else {
-      texts[slot] = scan.value();
+/// Coordinates with codes that rise by 10.
+template <int code, class Triple>
+bool takeNearTriple(dxf::TextCursor& cursor, Triple& triple) {
+  return cursor.take<code>() && cursor.takeNear(triple.x) && cursor.take<code + 10>() && cursor.takeNear(triple.y) &&
+         cursor.take<code + 20>() && cursor.takeNear(triple.z);
+}
+
+/// The lists of one element. `axis` is the line triple that gives the axis, read for cuts alone: most lists have none.
+template <class Collector>
+bool takeUsualLists(dxf::TextCursor& cursor, dxf::TextCursor axis, Collector& extents) {
+  double value = 0;
+  if (!cursor.take<74>() || !cursor.takeCount()) return false;
+  for (bool isOffset = true; cursor.take<41>(); isOffset = false) {
+    if (!cursor.takeNear(value)) return false;
+    if (isOffset) {
+      extents.addOffset(value);
+    } else if (value != 0) {  // at 0 lies the miter point itself
+      KdGeVector3d direction;
+      dxf::TextCursor here = axis;
+      if (!takeNearTriple<12>(here, direction)) return false;
+      extents.addCut(direction * value);
     }
-    if (++slot == kVertexCodes.size()) part = Part::lists;
-  };
-  const auto addCut = [&](double value) {
-    if (value == 0) return;  // there lies the miter point itself
-    if (!axis) axis = {scan.real(texts[3]), scan.real(texts[4]), scan.real(texts[5])};
-    extents.addCut(*axis * value);
-  };
-  while (scan.next()) {
+  }
+  if (!cursor.take<75>() || !cursor.takeCount()) return false;
+  while (cursor.take<42>()) {
+    if (!cursor.takeLine()) return false;
+  }
+  return true;
+}
+
+/// A vertex behind the code of its first coordinate.
+template <class Collector>
+bool takeUsualVertex(dxf::TextCursor& cursor, Collector& extents) {
+  extents.beginVertex();
+  KdGePoint3d& position = extents.position();
+  const bool hasPosition = cursor.takeNear(position.x) && cursor.take<21>() && cursor.takeNear(position.y) &&
+                           cursor.take<31>() && cursor.takeNear(position.z);
+  const dxf::TextCursor axis = cursor;
+  const bool hasAxis = hasPosition && cursor.take<12>() && cursor.takeLine() && cursor.take<22>() && cursor.takeLine() &&
+                       cursor.take<32>() && cursor.takeLine();
+  if (!hasAxis || !takeNearTriple<13>(cursor, extents.miter())) return false;
+  while (cursor.isAt<74>()) {
+    if (!takeUsualLists(cursor, axis, extents)) return false;
+  }
+  extents.endVertex();
+  return true;
+}
+
+/// False for a record in any other order, and for one with a number that is none.
+template <class Collector>
+bool readUsualMline(std::string_view record, EntityFacts& facts, MlineHead& mline, Collector& extents) {
+  TextScan scan(record);
+  for (;;) {
+    if (!scan.next()) return true;
     const int code = scan.code();
-    if (part == Part::vertex) {
-      if (code != kVertexCodes[slot]) return false;
-      takeSlot();
-      continue;
-    }
-    switch (code) {
-      case 41:
-        if (part == Part::fill || part == Part::lists) return false;
-        if (part == Part::offset) {
-          extents.addOffset(scan.real());
-          part = Part::line;
-        } else if (part == Part::line) {
-          addCut(scan.real());
-        }
-        continue;
-      case 74:
-        if (part == Part::head) return false;
-        part = Part::offset;
-        continue;
-      case 75:
-      case 42:
-        if (part == Part::head) return false;
-        part = Part::fill;
-        continue;
-      case 11:
-        if (part != Part::head) extents.endVertex();
-        extents.beginVertex();
-        axis.reset();
-        slot = 0;
-        part = Part::vertex;
-        takeSlot();
-        continue;
-      default:
-        break;
-    }
-    if (part != Part::head) return false;
+    if (code == 11) break;
+    if (code == 41 || code == 42 || code == 74 || code == 75) return false;
     if (readCommon(scan, facts)) continue;
     if (code == 340) mline.styleHandle = scan.text();
     if (code == 2) mline.styleName = scan.text();
     if (code == 71) mline.flags = static_cast<int>(scan.real());
   }
-  if (part != Part::head) extents.endVertex();
-  return part != Part::vertex;
+  const char* const end = record.data() + record.size();
+  dxf::TextCursor cursor(scan.text().data(), end);
+  do {
+    if (!takeUsualVertex(cursor, extents)) return false;
+  } while (cursor.take<11>());
+  return !TextScan({cursor.place(), static_cast<std::size_t>(end - cursor.place())}).next();
 }
 
 }  // namespace torva::draw

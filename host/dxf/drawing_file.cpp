@@ -240,6 +240,11 @@ RecordState DrawingFile::state(RecordId id) const {
   return state == nullptr ? RecordState{} : *state;
 }
 
+bool DrawingFile::isInState(RecordId id, const RecordState& state) const {
+  const RecordState* now = m_imp->m_edits.changed(id);
+  return now == nullptr ? !state.isErased && !state.bytes : now->isErased == state.isErased && now->bytes == state.bytes;
+}
+
 void DrawingFile::setState(RecordId id, RecordState state) {
   m_imp->setState(id, std::move(state));
 }

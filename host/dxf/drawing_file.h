@@ -96,6 +96,8 @@ class DrawingFile {
   Handle newHandle();
 
   RecordState state(RecordId id) const;
+  /// Whether that is what state() returns; nothing is copied.
+  bool isInState(RecordId id, const RecordState& state) const;
   /// Puts a record into a state taken from state() or made anew. Type and handle stay those it had when it was opened or
   /// inserted.
   void setState(RecordId id, RecordState state);

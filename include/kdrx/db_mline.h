@@ -1,21 +1,11 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
+#include <kdrx/db_mline_segments.h>
 #include <kdrx/db_object.h>
 #include <kdrx/ge.h>
-
-/// One element of a multiline at one vertex: what is drawn of it on the segment that starts there.
-struct KdMLSegment {
-  /// Fill boundaries (exchange group 42), kept as read.
-  std::vector<double> areaFillParameters;
-  /// Exchange group 41. Entry 0: distance from the vertex along the miter. Entries 1, 3, 5...: distances from that point
-  /// along the segment at which the line starts; 2, 4, 6...: at which it stops. With an even number of entries the last
-  /// stretch runs on to the next vertex.
-  std::vector<double> elementParameters;
-
-  bool operator==(const KdMLSegment&) const = default;
-};
 
 /// Place of the path among the elements.
 enum class KdMlineJustification { top = 0, zero = 1, bottom = 2 };
@@ -48,13 +38,15 @@ class KDRX_API KdDbMline : public KdDbEntity {
   /// Replaces the element lists at a vertex by the first entry of `parameters`; the element count of the vertex follows it.
   /// @return invalidIndex, invalidInput (no entry, or a value that is no number), notOpen; nothing is changed then
   KdStatus setParametersAt(int index, const std::vector<std::vector<KdMLSegment>>& parameters);
-  /// One list, without copying the vertex's record. Valid until the multiline is changed; null when an index is outside.
-  const KdMLSegment* segmentAt(int vertex, int element) const;
+  /// The same lists without copying them. Valid until the multiline is changed; none when `index` is outside.
+  const KdMLSegments& segmentsAt(int index) const;
+  /// @return invalidIndex, invalidInput (a value that is no number), notOpen; nothing is changed then
+  KdStatus setSegmentsAt(int index, const KdMLSegments& segments);
 
-  /// Replaces one list, without copying the vertex's record: what is drawn of an element, or its fill boundaries.
+  /// Replaces one list: what is drawn of an element, or its fill boundaries.
   /// @return notOpen, invalidIndex, invalidInput (a value that is no number); nothing is changed then
-  KdStatus setElementParametersAt(int vertex, int element, std::vector<double> values);
-  KdStatus setAreaFillParametersAt(int vertex, int element, std::vector<double> values);
+  KdStatus setElementParametersAt(int vertex, int element, std::span<const double> values);
+  KdStatus setAreaFillParametersAt(int vertex, int element, std::span<const double> values);
 
   /// Appends a vertex and draws the new segment whole: axes, miters and the lists of the vertices concerned follow from
   /// style, scale and justification. In an empty multiline it places the first vertex.

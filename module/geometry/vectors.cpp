@@ -81,7 +81,21 @@ short gx_ptlndist(const double* p, const double* a, const double* b, double* dis
   const double projected[3] = {a[0] + t * u[0], a[1] + t * u[1], a[2] + t * u[2]};
   const int k = dominantAxis(u);
   const bool isOnSegment = (projected[k] - a[k]) * (projected[k] - b[k]) <= 0;
-  store(vexengine_distance(p, projected), dist);
+  if (dist) *dist = vexengine_distance(p, projected);
   store(projected, foot);
   return isOnSegment ? 1 : 0;
+}
+
+bool isFootFarBeyond(const double* p, const double* a, const double* b) {
+  constexpr double kLeastLength = 10 * kLengthTolerance;  // shorter segments may count as points
+  constexpr double kMostDistance = 1e9;  // lengths of the segment; beyond, rounding may place the foot anywhere
+  double length2 = 0, distance2 = 0, along = 0;
+  for (int k = 0; k < 3; ++k) {
+    const double d = b[k] - a[k], w = p[k] - a[k];
+    length2 += d * d;
+    distance2 += w * w;
+    along += d * w;
+  }
+  if (length2 < kLeastLength * kLeastLength || distance2 > kMostDistance * kMostDistance * length2) return false;
+  return along < -length2 || along > 2 * length2;
 }

@@ -43,3 +43,7 @@ double vexengine_angle(const double* from, const double* to);
 /// @return 1 when the foot lies between a and b (ends included), 0 when outside. -1 when a and b are at most 1e-11 apart:
 ///   the distance is that to a and the foot is a. -2 when p, a or b is null: the distance is 0.0 and the foot the origin
 short gx_ptlndist(const double* p, const double* a, const double* b, double* dist, double* foot);
+
+/// True where gx_ptlndist() is sure to place the foot of `p` beyond an end of the segment a-b, rounding included: farther
+/// beyond than the segment is long. For searches that pass over most segments; costs less than the foot.
+bool isFootFarBeyond(const double* p, const double* a, const double* b);

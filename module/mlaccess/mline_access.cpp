@@ -1,49 +1,48 @@
 #include "mlaccess/mline_access.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 #include <kdrx/db_mline_imp.h>
 
 namespace {
 
-using ParameterList = std::vector<double> KdMLSegment::*;
-constexpr ParameterList kLine = &KdMLSegment::elementParameters;
-constexpr ParameterList kArea = &KdMLSegment::areaFillParameters;
+using ParameterList = std::span<const double> KdMLSegmentView::*;
+constexpr ParameterList kLine = &KdMLSegmentView::elementParameters;
+constexpr ParameterList kArea = &KdMLSegmentView::areaFillParameters;
 
-// The list at clamped indices; null when the vertex has no such element.
-const std::vector<double>* listAt(const KdDbMline* mline, int vertex, int element, ParameterList list) {
-  vertex = std::clamp(vertex, 0, std::max(0, mline->numVertices() - 1));
-  element = std::max(0, element);
-  if (!mline->segmentAt(0, element)) {
-    int elements = 0;
-    GetSegmentsSize(mline, &elements);
-    element = elements - 1;
-  }
-  const KdMLSegment* segment = mline->segmentAt(vertex, element);
-  return segment ? &(segment->*list) : nullptr;
+// The list at clamped indices; empty also when the vertex has no such element.
+std::span<const double> listAt(const KdDbMline* mline, int vertex, int element, ParameterList list) {
+  int elements = 0;
+  GetSegmentsSize(mline, &elements);
+  if (elements == 0) return {};
+  vertex = std::clamp(vertex, 0, mline->numVertices() - 1);
+  element = std::clamp(element, 0, elements - 1);
+  return mline->segmentsAt(vertex)[static_cast<std::size_t>(element)].*list;
 }
 
 int countAt(const KdDbMline* mline, int* count, int vertex, int element, ParameterList list) {
   if (!mline || !count) return 0;
-  const std::vector<double>* values = listAt(mline, vertex, element, list);
-  *count = values ? static_cast<int>(values->size()) : 0;
+  *count = static_cast<int>(listAt(mline, vertex, element, list).size());
   return 1;
 }
 
 int copyList(const KdDbMline* mline, double* out, int capacity, int vertex, int element, ParameterList list) {
   if (!mline || !out) return 0;
-  const std::vector<double>* values = listAt(mline, vertex, element, list);
-  if (!values || values->empty()) return 1;
-  if (capacity < 0 || values->size() > static_cast<std::size_t>(capacity)) return 0;
-  std::copy(values->begin(), values->end(), out);
+  const std::span<const double> values = listAt(mline, vertex, element, list);
+  if (values.empty()) return 1;
+  if (capacity < 0 || values.size() > static_cast<std::size_t>(capacity)) return 0;
+  std::ranges::copy(values, out);
   return 1;
 }
 
-int replaceList(KdDbMline* mline, std::vector<double> values, int vertex, int element, ParameterList list) {
-  if (!mline->segmentAt(0, element) || !mline->segmentAt(vertex, element)) return 0;
+int replaceList(KdDbMline* mline, std::span<const double> values, int vertex, int element, ParameterList list) {
+  int elements = 0;
+  GetSegmentsSize(mline, &elements);
+  if (element >= elements) return 0;
   const auto set = list == kLine ? &KdDbMline::setElementParametersAt : &KdDbMline::setAreaFillParametersAt;
-  return (mline->*set)(vertex, element, std::move(values)) == KdStatus::ok ? 1 : 0;
+  return (mline->*set)(vertex, element, values) == KdStatus::ok ? 1 : 0;
 }
 
 int replaceByZeros(KdDbMline* mline, int count, int vertex, int element, ParameterList list) {
@@ -162,9 +161,7 @@ int SetMilters(KdDbMline* mline, const double (*vectors)[3]) {
 
 int GetSegmentsSize(const KdDbMline* mline, int* size) {
   if (!mline || !size) return 0;
-  int elements = 0;
-  while (mline->segmentAt(0, elements)) ++elements;
-  *size = elements;
+  *size = static_cast<int>(mline->segmentsAt(0).size());
   return 1;
 }
 

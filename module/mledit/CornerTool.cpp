@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <vector>
 
 #include "mledit/MlineEdit.h"
 #include "mledit/MlineTool.h"
@@ -33,7 +34,8 @@ bool isShortOf(const double* point, const double* from, const double* to) {
 void turnMiter(CMlineVertex& end, bool isStart, const double* miter) {
   const double stretch = planCross(end.miter, end.axis) / planCross(miter, end.axis);
   const double shift = planDot(end.miter, end.axis) - stretch * planDot(miter, end.axis);
-  for (KdMLSegment& element : end.elements) {
+  std::vector<KdMLSegment> elements = end.elements.toVector();
+  for (KdMLSegment& element : elements) {
     std::vector<double>& list = element.elementParameters;
     if (list.empty()) continue;
     const double offset = list.front();
@@ -42,6 +44,7 @@ void turnMiter(CMlineVertex& end, bool isStart, const double* miter) {
     std::for_each(list.begin() + 1, list.end(), [=](double& entry) { entry += offset * shift; });
     for (double& entry : element.areaFillParameters) entry = std::max(0.0, entry + offset * shift);
   }
+  end.elements = elements;
   std::copy_n(miter, 3, end.miter);
 }
 
@@ -212,7 +215,7 @@ void CMlineEdit::CornerJoint::mitre(const Leg& leg) {
   // Elements that lie on one line have no miter.
   if (std::abs(planCross(diagonal, end.axis)) <= kDiagonalTolerance) return;
   turnMiter(end, !leg.keepsStart, diagonal);
-  writeMlineVertices(*leg.seg->mline, std::move(vertices));
+  writeMlineVertices(*leg.seg->mline, vertices);
 }
 
 void CMlineEdit::CornerJoint::endElements(const Leg& leg) {

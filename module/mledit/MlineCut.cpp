@@ -21,8 +21,8 @@ class ElementLine {
 
   /// True when the segment exists and the element has parameters on it.
   bool hasSegment(int segment) const {
-    const KdMLSegment* list = segment < m_numSegments ? m_mline.segmentAt(segment, m_element) : nullptr;
-    return list && !list->elementParameters.empty();
+    return segment < m_numSegments &&
+           !m_mline.segmentsAt(segment)[static_cast<std::size_t>(m_element)].elementParameters.empty();
   }
   void start(int segment, double out[3]) const { elementPoint(m_mline, segment, m_element, out); }
   void end(int segment, double out[3]) const { start((segment + 1) % m_numVertices, out); }

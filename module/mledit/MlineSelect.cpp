@@ -21,6 +21,15 @@ bool isInSpan(const double* foot, const double* from, const double* to) {
   return isWithin(foot[0], from[0], to[0]) || isWithin(foot[1], from[1], to[1]);
 }
 
+// Gives the second record of a multiline the points that the first one has just been given.
+void sharePoints(const CMlineSegment& first, CMlineSegment& second) {
+  freePointTable(&second.ptList, &second.ptListCount);
+  second.numVertices = first.numVertices;
+  second.numElements = first.numElements;
+  second.ptList = sharePointTable(first.ptList);
+  second.ptListCount = first.ptListCount;
+}
+
 }  // namespace
 
 void CMlineEdit::mlineEditInitialize(CMlineSegment* seg, long* name, CMlineSegment* other) {
@@ -37,9 +46,7 @@ void CMlineEdit::ptListInitialize(KdDbMline* mline, int numVertices, int numElem
   if (!mline || numVertices < 1 || numElements < 1) return;
   *ptList = newPointTable(numElements, numVertices);
   *count = numElements;
-  for (int element = 0; element < numElements; ++element) {
-    for (int vertex = 0; vertex < numVertices; ++vertex) elementPoint(*mline, vertex, element, (*ptList)[element][vertex]);
-  }
+  for (int vertex = 0; vertex < numVertices; ++vertex) elementPoints(*mline, vertex, *ptList, numElements);
 }
 
 void CMlineEdit::set_SpaceBetween(double* tol) {
@@ -71,7 +78,11 @@ void CMlineEdit::openPicked(CMlineSegment* seg, long* name, CMlineSegment* other
   std::copy_n(name, 2, seg->name);
   const bool isShared = other && isSameName(other->name, name);
   seg->mline = isShared ? other->mline : openMline(name, KdOpenMode::forRead);
-  refreshPoints(seg);
+  if (isShared) {
+    sharePoints(*other, *seg);
+  } else {
+    refreshPoints(seg);
+  }
   set_SpaceBetween(&spaceBetween);
 }
 
@@ -89,6 +100,7 @@ bool CMlineEdit::resolvePick(CMlineSegment* seg, const double* pick) {
   const auto accepts = [&](int s, int next, int e) {
     const double* from = seg->ptList[e][s];
     const double* to = seg->ptList[e][next];
+    if (isFootFarBeyond(pick, from, to)) return false;
     double foot[3], footDcs[3];
     gx_ptlndist(pick, from, to, nullptr, foot);
     if (!isInSpan(foot, from, to) || vex_wcs2dcs(foot, footDcs) != 0) return false;

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <memory>
 #include <numbers>
-#include <utility>
 
 #include "geometry/vectors.h"
 #include "mlaccess/mline_access.h"
@@ -28,38 +27,37 @@ void convert(const double* in, const KdResbuf& from, const KdResbuf& to, int isD
 
 }  // namespace
 
+void CMlineVertex::setParameters(std::size_t element, std::span<const double> values) {
+  elements.set(element, {elements[element].areaFillParameters, values});
+}
+
 std::vector<CMlineVertex> readMlineVertices(const KdDbMline& mline) {
-  const auto count = static_cast<std::size_t>(mline.numVertices());
-  const Triples positions = makeTriples(count), axes = makeTriples(count), miters = makeTriples(count);
-  GetVertices(&mline, positions.get());
-  GetAxis(&mline, axes.get());
-  GetMilters(&mline, miters.get());
-  std::vector<CMlineVertex> vertices(count);
-  std::vector<std::vector<KdMLSegment>> parameters;
-  for (std::size_t i = 0; i < count; ++i) {
-    std::copy_n(positions[i], 3, vertices[i].position);
-    std::copy_n(axes[i], 3, vertices[i].axis);
-    std::copy_n(miters[i], 3, vertices[i].miter);
-    const bool isRead = mline.getParametersAt(static_cast<int>(i), parameters) == KdStatus::ok;
-    if (isRead && !parameters.empty()) vertices[i].elements = std::move(parameters.front());
-  }
+  std::vector<CMlineVertex> vertices;
+  vertices.reserve(static_cast<std::size_t>(mline.numVertices()) + 1);  // an edit may add one
+  vertices.resize(static_cast<std::size_t>(mline.numVertices()));
+  const Triples triples = makeTriples(vertices.size());
+  const auto read = [&](int (*get)(const KdDbMline*, Triple*), Triple CMlineVertex::*member) {
+    get(&mline, triples.get());
+    for (std::size_t i = 0; i < vertices.size(); ++i) std::copy_n(triples[i], 3, vertices[i].*member);
+  };
+  read(GetVertices, &CMlineVertex::position);
+  read(GetAxis, &CMlineVertex::axis);
+  read(GetMilters, &CMlineVertex::miter);
+  for (std::size_t i = 0; i < vertices.size(); ++i) vertices[i].elements = mline.segmentsAt(static_cast<int>(i));
   return vertices;
 }
 
-bool writeMlineVertices(KdDbMline& mline, std::vector<CMlineVertex> vertices) {
-  const std::size_t count = vertices.size();
-  const Triples positions = makeTriples(count), axes = makeTriples(count), miters = makeTriples(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    std::copy_n(vertices[i].position, 3, positions[i]);
-    std::copy_n(vertices[i].axis, 3, axes[i]);
-    std::copy_n(vertices[i].miter, 3, miters[i]);
-  }
-  if (!SetNumVertices(&mline, static_cast<int>(count)) || !SetVertices(&mline, positions.get())) return false;
-  if (!SetAxis(&mline, axes.get()) || !SetMilters(&mline, miters.get())) return false;
-  std::vector<std::vector<KdMLSegment>> parameters(1);
-  for (std::size_t i = 0; i < count; ++i) {
-    parameters.front() = std::move(vertices[i].elements);
-    if (mline.setParametersAt(static_cast<int>(i), parameters) != KdStatus::ok) return false;
+bool writeMlineVertices(KdDbMline& mline, const std::vector<CMlineVertex>& vertices) {
+  const Triples triples = makeTriples(vertices.size());
+  const auto write = [&](int (*set)(KdDbMline*, const Triple*), Triple CMlineVertex::*member) {
+    for (std::size_t i = 0; i < vertices.size(); ++i) std::copy_n(vertices[i].*member, 3, triples[i]);
+    return set(&mline, triples.get()) != 0;
+  };
+  if (!SetNumVertices(&mline, static_cast<int>(vertices.size())) || !write(SetVertices, &CMlineVertex::position))
+    return false;
+  if (!write(SetAxis, &CMlineVertex::axis) || !write(SetMilters, &CMlineVertex::miter)) return false;
+  for (std::size_t i = 0; i < vertices.size(); ++i) {
+    if (mline.setSegmentsAt(static_cast<int>(i), vertices[i].elements) != KdStatus::ok) return false;
   }
   return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include <kdrx/db_mline.h>
@@ -10,7 +11,10 @@ struct CMlineVertex {
   double position[3];
   double axis[3];
   double miter[3];
-  std::vector<KdMLSegment> elements;
+  KdMLSegments elements;
+
+  /// Replaces the element parameters of an element; its area-fill parameters stay. Requires: element < elements.size().
+  void setParameters(std::size_t element, std::span<const double> values);
 };
 
 /// A copy of all vertices, to be changed and written back.
@@ -18,7 +22,7 @@ std::vector<CMlineVertex> readMlineVertices(const KdDbMline& mline);
 
 /// Makes these the vertices of the multiline, which is open for write. Requires: at least 2.
 /// @return false when a value is no number; the multiline is undefined then
-bool writeMlineVertices(KdDbMline& mline, std::vector<CMlineVertex> vertices);
+bool writeMlineVertices(KdDbMline& mline, const std::vector<CMlineVertex>& vertices);
 
 /// The system in which the directions at a vertex are worked out.
 class CMlineDirections {

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <utility>
 #include <vector>
 
 #include "mlaccess/mline_access.h"
@@ -63,11 +62,17 @@ class VertexMove {
     store(isTurned ? square : m_miter, m_moved.miter);
   }
 
-  /// Puts an element back onto its line. `before` is where it passed the vertex before the move.
-  void keepInPlace(std::size_t element, const double* before) {
-    if (element >= m_moved.elements.size() || element >= m_neighbour.elements.size()) return;
-    KdMLSegment& moved = m_moved.elements[element];
-    KdMLSegment& neighbour = m_neighbour.elements[element];
+  /// Puts the first elements back onto their lines. `points` are where they passed the vertices before the move.
+  void keepInPlace(std::size_t count, double (**points)[3], int vertex) {
+    std::vector<KdMLSegment> moved = m_moved.elements.toVector(), neighbour = m_neighbour.elements.toVector();
+    count = std::min({count, moved.size(), neighbour.size()});
+    for (std::size_t e = 0; e < count; ++e) keepInPlace(moved[e], neighbour[e], points[e][vertex]);
+    m_moved.elements = moved;
+    m_neighbour.elements = neighbour;
+  }
+
+ private:
+  void keepInPlace(KdMLSegment& moved, KdMLSegment& neighbour, const double* before) const {
     if (moved.elementParameters.empty() || neighbour.elementParameters.empty()) return;
     const double offset = neighbour.elementParameters.front() * m_stretch;
     moved.elementParameters.front() = offset;
@@ -76,10 +81,9 @@ class VertexMove {
     shift(moved, (toPoint(before) - start).dotProduct(m_axis));
   }
 
- private:
   bool keepsElements(double length) const {
     const double lean = m_miter.dotProduct(m_axis) * (m_isStart ? 1 : -1);
-    return std::all_of(m_neighbour.elements.begin(), m_neighbour.elements.end(), [=](const KdMLSegment& element) {
+    return std::ranges::all_of(m_neighbour.elements.toVector(), [=](const KdMLSegment& element) {
       const double offset = element.elementParameters.empty() ? 0 : element.elementParameters.front();
       return length + offset * lean >= kLeastShare * std::abs(length);
     });
@@ -114,6 +118,6 @@ void CMlineEdit::changePTPosition(KdDbMline* mline, int vertex, const double* po
   std::vector<CMlineVertex> vertices = readMlineVertices(*mline);
   VertexMove move(vertices, vertex);
   move.moveTo(point);
-  for (int e = 0; e < elements; ++e) move.keepInPlace(static_cast<std::size_t>(e), ptList[e][vertex]);
-  writeMlineVertices(*mline, std::move(vertices));
+  move.keepInPlace(static_cast<std::size_t>(elements), ptList, vertex);
+  writeMlineVertices(*mline, vertices);
 }

@@ -1,6 +1,9 @@
+#include <array>
 #include <cmath>
 #include <numbers>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "geometry/compare.h"
 #include "geometry/vectors.h"
@@ -66,7 +69,7 @@ class VertexRemoval {
     if (before >= 0) joinLists(before);
     const int behind = m_removed < m_count ? m_removed : m_isClosed ? 0 : -1;
     if (behind >= 0) turnLists(behind);
-    writeMlineVertices(*m_seg.mline, std::move(m_vertices));
+    writeMlineVertices(*m_seg.mline, m_vertices);
   }
 
  private:
@@ -119,7 +122,7 @@ void VertexRemoval::joinLists(int index) {
   CMlineVertex& at = vertex(index);
   const double sine = sineOf(m_directions.angle(at.miter) - m_directions.angle(at.axis));
   for (int e = 0; e < static_cast<int>(at.elements.size()) && e < m_seg.ptListCount; ++e) {
-    at.elements[static_cast<std::size_t>(e)].elementParameters = {distanceFromAxis(e) / sine, 0};
+    at.setParameters(static_cast<std::size_t>(e), std::array{distanceFromAxis(e) / sine, 0.0});
   }
 }
 
@@ -128,10 +131,13 @@ void VertexRemoval::turnLists(int index) {
   CMlineVertex& at = vertex(index);
   const double sine = sineOf(std::numbers::pi + m_directions.angle(at.axis) - m_directions.angle(at.miter));
   for (int e = 0; e < static_cast<int>(at.elements.size()) && e < m_seg.ptListCount; ++e) {
-    std::vector<double>& list = at.elements[static_cast<std::size_t>(e)].elementParameters;
-    if (list.empty()) continue;
+    const auto element = static_cast<std::size_t>(e);
+    const std::span<const double> old = at.elements[element].elementParameters;
+    if (old.empty()) continue;
+    std::vector<double> list(old.begin(), old.end());
     list[0] = distanceFromAxis(e) / sine;
     if (next(index) >= 0) shiftBreaks(list, index, e);
+    at.setParameters(element, list);
   }
 }
 

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "geometry/compare.h"
 #include "geometry/vectors.h"
@@ -20,10 +22,11 @@ bool isOnAnElementPoint(const CMlineSegment& seg, const double* point) {
   return false;
 }
 
-// Ends the list before the first break at or beyond the distance; the offset stays.
-void endBefore(std::vector<double>& list, double distance) {
-  if (list.empty()) return;
-  list.erase(std::find_if(list.begin() + 1, list.end(), [=](double entry) { return entry >= distance; }), list.end());
+// The list up to the first break at or beyond the distance; the offset stays.
+std::span<const double> partBefore(std::span<const double> list, double distance) {
+  if (list.empty()) return list;
+  const auto end = std::find_if(list.begin() + 1, list.end(), [=](double entry) { return entry >= distance; });
+  return {list.begin(), end};
 }
 
 }  // namespace
@@ -74,9 +77,9 @@ void CMlineEdit::add_OneVertex(CMlineSegment* seg) {
     if (!mappingToSpecifyMongline(seg, static_cast<int>(e))) continue;
     double offset = 0;
     Distance_PointToLine(seg->origPoint, split.position, end.position, normal, &offset, nullptr);
-    added.elements[e].elementParameters = {offset, 0};
-    endBefore(split.elements[e].elementParameters, seg->origDistance);
+    added.setParameters(e, std::array{offset, 0.0});
+    split.setParameters(e, partBefore(split.elements[e].elementParameters, seg->origDistance));
   }
   vertices.insert(vertices.begin() + s + 1, std::move(added));
-  writeMlineVertices(*seg->mline, std::move(vertices));
+  writeMlineVertices(*seg->mline, vertices);
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "geometry/compare.h"
@@ -30,8 +31,7 @@ bool isAtVertex(const KdDbMline& mline, int vertex, int element, double* point) 
 }
 
 bool hasParameters(const KdDbMline& mline, int segment, int element) {
-  const KdMLSegment* list = mline.segmentAt(segment, element);
-  return list && !list->elementParameters.empty();
+  return !mline.segmentsAt(segment)[static_cast<std::size_t>(element)].elementParameters.empty();
 }
 
 // Moves the earlier position off the end of its segment, onto the next one. Only in the first half of the multiline: our own
@@ -137,18 +137,21 @@ bool CMlineEdit::resolveWeldPick(CMlineSegment* seg, const double* pick) {
     double footDcs[3];
     return vex_wcs2dcs(foot, footDcs) == 0 && kdutDistance(pickDcs, footDcs) < spaceBetween;
   };
-  const auto isBeyondEnd = [&](const double* foot, const double* from, const double* to) {
+  const auto projectsBeside = [&](const double* from, const double* to, double* foot) {
+    return !isFootFarBeyond(pick, from, to) && gx_ptlndist(pick, from, to, nullptr, foot) == 1;
+  };
+  const auto projectsBeyondEnd = [&](const double* from, const double* to, double* foot) {
+    gx_ptlndist(pick, from, to, nullptr, foot);
     return mlineRealBetween(foot[0], from[0], to[0], spaceBetween) &&
            mlineRealBetween(foot[1], from[1], to[1], spaceBetween);
   };
-  const auto find = [&](auto accepts) {
+  const auto find = [&](auto projects) {
     for (int s = 0; s < seg->numVertices; ++s) {
       const int next = seg->nextVertex(s);
       for (int e = 0; next >= 0 && e < seg->ptListCount; ++e) {
         const double *from = seg->ptList[e][s], *to = seg->ptList[e][next];
         double foot[3];
-        const short place = gx_ptlndist(pick, from, to, nullptr, foot);
-        if (!accepts(place, foot, from, to) || !isNear(foot)) continue;
+        if (!projects(from, to, foot) || !isNear(foot)) continue;
         nearestPoint(pick, from, to, seg->point);
         seg->distance = vexengine_distance(from, seg->point);
         seg->segment = s;
@@ -158,8 +161,7 @@ bool CMlineEdit::resolveWeldPick(CMlineSegment* seg, const double* pick) {
     }
     return false;
   };
-  return find([](short place, auto...) { return place == 1; }) ||
-         find([&](short, const double* foot, const double* from, const double* to) { return isBeyondEnd(foot, from, to); });
+  return find(projectsBeside) || find(projectsBeyondEnd);
 }
 
 bool CMlineEdit::mappingToSpecifyMonglineForWeldAll(CMlineSegment* seg, int element, double* point) {
@@ -175,9 +177,10 @@ bool CMlineEdit::mappingToSpecifyMonglineForWeldAll(CMlineSegment* seg, int elem
 }
 
 bool IsPositionCutPt(CMlineSegment* seg, bool atStart, double tol) {
-  const KdMLSegment* at = seg && seg->mline ? seg->mline->segmentAt(seg->origSegment, seg->origElement) : nullptr;
-  if (!at || at->elementParameters.empty()) return false;
-  const std::vector<double>& list = at->elementParameters;
+  if (!seg || !seg->mline) return false;
+  const auto element = static_cast<std::size_t>(seg->origElement);
+  const std::span<const double> list = seg->mline->segmentsAt(seg->origSegment)[element].elementParameters;
+  if (list.empty()) return false;
   const double distance = seg->origDistance;
   const auto next = std::find_if(list.begin() + 1, list.end(),
                                  [=](double entry) { return entry > distance && !mlineRealEqual(entry, distance, tol); });

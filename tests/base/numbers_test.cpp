@@ -7,6 +7,9 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <vector>
+
+#include "base/decimal.h"
 
 namespace torva {
 namespace {
@@ -135,7 +138,7 @@ TEST(Numbers, ReadsDecimalsOfEveryLengthToTheLastBit) {
   constexpr unsigned kSeed = 21;
   std::mt19937_64 random(kSeed);
   for (int i = 0; i < 100'000; ++i) {
-    const std::size_t digits = 1 + random() % 18;
+    const std::size_t digits = 1 + random() % 22;
     std::string text;
     while (text.size() < digits) text += static_cast<char>('0' + random() % 10);
     if (random() % 4 != 0) text.insert(random() % (digits + 1), 1, '.');
@@ -143,6 +146,39 @@ TEST(Numbers, ReadsDecimalsOfEveryLengthToTheLastBit) {
     const double expected = std::strtod(text.c_str(), nullptr);
     ASSERT_EQ(std::bit_cast<std::uint64_t>(parseReal(text).value()), std::bit_cast<std::uint64_t>(expected)) << text;
   }
+}
+
+TEST(Numbers, NearDecimalsAgreeWithTheExactReader) {
+  std::mt19937_64 random(3);
+  int read = 0;
+  for (int i = 0; i < 20'000; ++i) {
+    std::string text(random() % 2, '-');
+    const std::size_t whole = random() % 10, fraction = random() % 19;
+    while (text.size() < whole) text += static_cast<char>('0' + random() % 10);
+    if (random() % 4 != 0) text += '.';
+    for (std::size_t k = 0; k < fraction; ++k) text += static_cast<char>('0' + random() % 10);
+    // What follows may be short, where nothing behind it may be read, or long.
+    const std::string follower = std::string("\n\rx .e-")[random() % 7] + std::string(random() % 2 * 30, '7');
+    const std::vector<char> line = [&] {
+      std::vector<char> all(text.begin(), text.end());
+      all.insert(all.end(), follower.begin(), follower.end());
+      return all;
+    }();
+    double value = 0.25;
+    const char* const end = readNearDecimal(line.data(), line.data() + line.size(), value);
+    if (!end) {
+      EXPECT_EQ(value, 0.25) << text;
+      continue;
+    }
+    ++read;
+    const std::string taken(line.data(), end);
+    ASSERT_TRUE(taken == text ||
+                (text.find('.') == std::string::npos && taken == text + follower.substr(0, taken.size() - text.size())))
+        << taken << " of " << text;
+    const double exact = parseReal(taken).value();
+    EXPECT_NEAR(value, exact, std::abs(exact) * 5e-16) << taken;
+  }
+  EXPECT_GT(read, 5'000);
 }
 
 TEST(Numbers, WritesHandlesAsPrintfDoes) {

@@ -142,7 +142,7 @@ TEST_F(DrawCommands, multilines) {
     drawn << (mline.isClosed ? "closed" : "");
     for (const db::MlineVertex& vertex : mline.vertices) {
       drawn << "  " << vertex.position.x + 0.0 << ' ' << vertex.position.y << ' ' << vertex.position.z << ':';
-      for (const KdMLSegment& element : vertex.elements) {
+      for (const KdMLSegment& element : vertex.elements.toVector()) {
         ASSERT_THAT(element.elementParameters, ElementsAre(testing::_, 0)) << row.name;
         EXPECT_THAT(element.areaFillParameters, IsEmpty()) << row.name;
         drawn << ' ' << element.elementParameters[0];

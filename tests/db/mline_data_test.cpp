@@ -1,8 +1,10 @@
 #include "db/mline_data.h"
 
+#include <array>
 #include <functional>
 #include <gmock/gmock.h>
 #include <random>
+#include <utility>
 
 #include "db/mline_groups.h"
 #include "db/plan.h"
@@ -28,7 +30,7 @@ struct Wall {
 };
 
 db::MlineVertex vertexAt(double x) {
-  return {{x, 0, 0}, {1, 0, 0}, {0, 1, 0}, {{{}, {0.5, 0}}, {{}, {-0.5, 0}}}};
+  return {{x, 0, 0}, {1, 0, 0}, {0, 1, 0}, std::vector<KdMLSegment>{{{}, {0.5, 0}}, {{}, {-0.5, 0}}}};
 }
 
 void expectSame(const db::MlineData& a, const db::MlineData& b) {
@@ -75,7 +77,7 @@ TEST(MlineReader, TakesOddRecordsAsTheyAre) {
     std::vector<std::vector<std::size_t>> lists;
     for (const db::MlineVertex& vertex : data.vertices) {
       lists.emplace_back();
-      for (const KdMLSegment& element : vertex.elements) {
+      for (const KdMLSegment& element : vertex.elements.toVector()) {
         lists.back().push_back(element.elementParameters.size());
         lists.back().push_back(element.areaFillParameters.size());
       }
@@ -99,8 +101,9 @@ struct Edit {
   std::vector<std::string> groups;
 };
 
-std::vector<double>& list(db::MlineData& data, std::size_t vertex, std::size_t element) {
-  return data.vertices[vertex].elements[element].elementParameters;
+void setList(db::MlineData& data, std::size_t vertex, std::size_t element, const std::vector<double>& list) {
+  KdMLSegments& elements = data.vertices[vertex].elements;
+  elements.set(element, {elements[element].areaFillParameters, list});
 }
 
 TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
@@ -108,19 +111,23 @@ TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
       {"nothing", [](auto&) {}, {}},
       {"cut",
        [](auto& d) {
-         list(d, 0, 0) = {0.5, 0, 40, 60};
+         setList(d, 0, 0, {0.5, 0, 40, 60});
        },
        {"-74      2", "+74      4", "+41 40.0", "+41 60.0"}},
-      {"offset", [](auto& d) { list(d, 0, 1)[0] = -0.75; }, {"-41 -0.5", "+41 -0.75"}},
+      {"offset",
+       [](auto& d) {
+         setList(d, 0, 1, {-0.75, 0});
+       },
+       {"-41 -0.5", "+41 -0.75"}},
       {"value in front",
        [](auto& d) {
-         list(d, 0, 0) = {0.5, 7, 0};
+         setList(d, 0, 0, {0.5, 7, 0});
        },
        {"-74      2", "+74      3", "+41 7.0"}},
-      {"emptied", [](auto& d) { list(d, 1, 1).clear(); }, {"-74      2", "-41 -0.5", "-41 0.0", "+74      0"}},
+      {"emptied", [](auto& d) { setList(d, 1, 1, {}); }, {"-74      2", "-41 -0.5", "-41 0.0", "+74      0"}},
       {"fill",
        [](auto& d) {
-         d.vertices[0].elements[0].areaFillParameters = {1, 2};
+         d.vertices[0].elements.set(0, {std::array{1.0, 2.0}, std::array{0.5, 0.0}});
        },
        {"-75      0", "+75      2", "+42 1.0", "+42 2.0"}},
       {"flags", [](auto& d) { d.suppressesEndCaps = true; }, {"-71      1", "+71      9"}},
@@ -138,11 +145,13 @@ TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
        {"-11 100.0", "-21 0.0", "+11 90.0", "+21 1.0"}},
       {"miter", [](auto& d) { d.vertices[0].miter.x = 0.25; }, {"-13 0.0", "+13 0.25"}},
       {"element gone",
-       [](auto& d) { d.vertices[1].elements.pop_back(); },
+       [](auto& d) {
+         d.vertices[1].elements = std::vector<KdMLSegment>{{{}, {0.5, 0}}};
+       },
        {"-74      2", "-41 -0.5", "-41 0.0", "-75      0"}},
       {"new element",
        [](auto& d) {
-         d.vertices[1].elements.push_back({{}, {9}});
+         d.vertices[1].elements = std::vector<KdMLSegment>{{{}, {0.5, 0}}, {{}, {-0.5, 0}}, {{}, {9}}};
        },
        {"+74      1", "+41 9.0", "+75      0"}},
   };
@@ -211,7 +220,7 @@ TEST(MlineWriter, KeepsWhatItDoesNotKnowWhereItStood) {
   db::MlineData data = wall.read();
   data.scale = 2;
   data.vertices[0].position.y = 6;
-  list(data, 0, 0) = {1, 0, 5};
+  setList(data, 0, 0, {1, 0, 5});
   data.vertices.push_back({{9, 0, 0}, {}, {}, {}});
   EXPECT_THAT(difference(wall.bytes(), wall.write(data)),
               ElementsAre("-72 5", "+72      2", "+40 2.0", "-74 2", "+21 6.0", "+74      3", "+41 5.0", "+11 9.0",
@@ -223,11 +232,18 @@ TEST(MlineWriter, KeepsWhatItDoesNotKnowWhereItStood) {
   }
 }
 
+TEST(MlineWriter, FindsHeaderGroupsBehindVertices) {
+  const Wall wall("0 MLINE\n5 A0\n100 AcDbMline\n2 STANDARD\n11 0.0\n40 2.0\n11 1.0\n11 2.0");
+  db::MlineData data = wall.read();
+  data.scale = 3;
+  EXPECT_THAT(difference(wall.bytes(), wall.write(data)), ElementsAre("-40 2.0", "+40 3.0"));
+}
+
 TEST(MlineWriter, AWrongCountStaysAsLongAsItsListDoes) {
   const Wall wall("0 MLINE\n5 A0\n100 AcDbMline\n2 STANDARD\n72 9\n11 0.0\n74 7\n41 1.0\n75 0\n74 7\n41 2.0\n75 0");
   db::MlineData data = wall.read();
   EXPECT_EQ(wall.write(data), wall.bytes());
-  list(data, 0, 1)[0] = 3;
+  setList(data, 0, 1, {3});
   EXPECT_THAT(difference(wall.bytes(), wall.write(data)), ElementsAre("-74 7", "-41 2.0", "+74      1", "+41 3.0"));
 }
 
@@ -239,7 +255,7 @@ TEST(MlineWriter, KeepsTheLineEndsOfTheDrawing) {
     const auto database = openText(text);
     const dxf::RecordId record = database->file().find(0xA0);
     db::MlineData data = db::readMline(database->file(), record);
-    list(data, 0, 0) = {0.5, 0, 40, 60};
+    setList(data, 0, 0, {0.5, 0, 40, 60});
     const std::string written = db::writeMline(database->file(), record, data);
     const auto count = [&](std::string_view bytes, char end) { return std::ranges::count(bytes, end); };
     for (const char end : {'\n', '\r'}) {
@@ -269,8 +285,9 @@ TEST(MlineWriter, WritesWhatReadsBackFromAnyRecordToAnyData) {
     for (db::MlineVertex& vertex : data.vertices) {
       vertex.position = {double(below(4)), double(below(2)), 0};
       vertex.axis = {double(below(2)), 0, 0};
-      vertex.elements.resize(static_cast<std::size_t>(below(3)));
-      for (KdMLSegment& element : vertex.elements) element = {values(), values()};
+      std::vector<KdMLSegment> elements(static_cast<std::size_t>(below(3)));
+      for (KdMLSegment& element : elements) element = {values(), values()};
+      vertex.elements = elements;
     }
     return data;
   };
@@ -285,11 +302,20 @@ TEST(MlineWriter, WritesWhatReadsBackFromAnyRecordToAnyData) {
     if (pass % 3 == 2) groups.insert(groups.begin() + static_cast<std::ptrdiff_t>(place), "999 comment");
     std::string text;
     for (const std::string& group : groups) text += group + "\n";
-    bytes = groupsFrom(text);
-    const auto parse = [&](std::string_view record) { return db::readMlineSource(file, file.groupsOf(record)).data; };
-    ASSERT_EQ(db::writeMline(file, bytes, parse(bytes)), bytes) << text;
-    const db::MlineData wanted = makeData();
-    const std::string written = db::writeMline(file, bytes, wanted);
+    bytes = below(4) == 0 ? groupsFrom(text) : inColumns(groupsFrom(text));
+    const auto parse = [&](std::string_view record) { return db::readMlineSource(file, record).data; };
+    const db::MlineSource source = db::readMlineSource(file, bytes);
+    ASSERT_EQ(db::writeMline(file, bytes, source, source.data), bytes) << text;
+    expectSame(parse(groupsFrom(text)), parse(inColumns(bytes)));
+    db::MlineData wanted = makeData();
+    if (pass % 2 == 1) {
+      // Most vertices stay as they are.
+      const std::vector<db::MlineVertex> others = std::exchange(wanted.vertices, source.data.vertices);
+      const auto at = wanted.vertices.begin() + below(static_cast<int>(wanted.vertices.size()) + 1);
+      if (!others.empty()) wanted.vertices.insert(at, others.front());
+      if (wanted.vertices.size() > 1 && below(2) == 1) wanted.vertices.erase(wanted.vertices.begin() + below(2));
+    }
+    const std::string written = db::writeMline(file, bytes, source, wanted);
     expectSame(parse(written), wanted);
     ASSERT_EQ(written.find("999") != std::string::npos, bytes.find("999") != std::string::npos);
     if (HasFailure()) FAIL() << "from\n" << text << "to\n" << written;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
@@ -21,8 +22,8 @@ constexpr double kRounding = 1e-12;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 std::vector<double> listAt(const KdDbMline& mline, int vertex, int element) {
-  const KdMLSegment* segment = mline.segmentAt(vertex, element);
-  return segment ? segment->elementParameters : std::vector<double>{kNaN};
+  const auto list = mline.segmentsAt(vertex)[static_cast<std::size_t>(element)].elementParameters;
+  return {list.begin(), list.end()};
 }
 
 void setList(KdDbMline& mline, int vertex, int element, const std::vector<double>& values) {
@@ -58,9 +59,8 @@ TEST_F(MlineTest, AppendedVerticesFollowStyleAndPath) {
     EXPECT_THAT(listAt(mline, vertex, 1), near({-0.5, 0}));
   }
   EXPECT_THAT(listAt(mline, 1, 0), near({0.5 / h, 0}));
-  EXPECT_EQ(mline.segmentAt(0, 2), nullptr);
-  EXPECT_EQ(mline.segmentAt(3, 0), nullptr);
-  EXPECT_EQ(mline.segmentAt(-1, 0), nullptr);
+  EXPECT_EQ(mline.segmentsAt(0).size(), 2u);
+  for (const int vertex : {3, -1}) EXPECT_TRUE(mline.segmentsAt(vertex).empty());
 }
 
 TEST_F(MlineTest, JustificationAndScaleMoveTheElements) {
@@ -263,6 +263,23 @@ TEST_F(MlineTest, InternalSideReplacesWholeLists) {
   mline->close();
   EXPECT_THAT(changes(), ElementsAre("-21 0.0", "+21 7.0", "-12 1.0", "-22 0.0", "+12 0.0", "+22 1.0", "-13 0.0", "-23 1.0",
                                      "+13 -1.0", "+23 0.0"));
+}
+
+TEST_F(MlineTest, TellsTheLineOfTheFirstValueThatIsNoNumber) {
+  for (const std::string& good : {planText(), inColumns(planText())}) {
+    const std::size_t value = good.find("41\n-0.5\n", good.find("AcDbMline\n")) + 3;
+    for (const char* bad : {"-O.5", "", "nan"}) {
+      const auto drawing = openText(std::string(good).replace(value, 4, bad));
+      const Current<db::Database> current(*drawing);
+      KdDbMline* mline = nullptr;
+      ASSERT_EQ(kddbOpenObject(mline, drawing->idOfHandle(0xA0), KdOpenMode::forRead), KdStatus::ok);
+      EXPECT_THAT(listAt(*mline, 0, 1), ElementsAre(0, 0));
+      const std::vector<dxf::Finding> findings = drawing->takeFindings();
+      ASSERT_EQ(findings.size(), 1u) << bad;
+      EXPECT_EQ(findings[0].code, dxf::FindingCode::badNumber);
+      EXPECT_EQ(findings[0].line, 1 + static_cast<std::size_t>(std::count(good.data(), good.data() + value, '\n')));
+    }
+  }
 }
 
 TEST_F(MlineTest, ACopyOutsideTheDatabaseBringsEverythingBack) {

@@ -308,38 +308,5 @@ TEST(Bounds, ProbeNeverMissesWhatIsDrawn) {
   EXPECT_GT(spared, 50);
 }
 
-TEST(QuickReal, AgreesWithTheExactReader) {
-  std::mt19937_64 random(3);
-  std::uniform_real_distribution<> mantissa(-10, 10);
-  std::uniform_int_distribution<> exponent(-20, 20);
-  std::vector<std::string> texts = {"0",
-                                    "-0.0",
-                                    "12",
-                                    "1.5",
-                                    " 1.5 ",
-                                    "1e3",
-                                    "1E-5",
-                                    "1,5",
-                                    "",
-                                    "-",
-                                    ".",
-                                    ".5",
-                                    "5.",
-                                    "nan",
-                                    "99999999999999999999.5",
-                                    "0.1234567890123456789",
-                                    "12345678.12345678",
-                                    "1.23x"};
-  for (int i = 0; i < 2000; ++i) texts.push_back(formatReal(mantissa(random) * std::pow(10, exponent(random))));
-  for (const std::string& text : texts) {
-    const double exact = parseReal(text).value_or(0);
-    const std::string line = text + "\n 21\n123456";
-    for (const std::size_t readable : {text.size(), line.size()}) {
-      const double quick = quickReal(std::string_view(line).substr(0, text.size()), readable);
-      EXPECT_NEAR(quick, exact, std::abs(exact) * 1e-15) << text;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace torva::draw

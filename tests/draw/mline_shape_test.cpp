@@ -12,9 +12,9 @@ using Points = std::vector<KdGePoint3d>;
 
 db::MlineVertex vertex(const KdGePoint3d& position, const KdGeVector3d& axis, const KdGeVector3d& miter,
                        const Lists& lists) {
-  db::MlineVertex result{position, axis, miter, {}};
-  for (const auto& list : lists) result.elements.push_back({{}, list});
-  return result;
+  std::vector<KdMLSegment> elements;
+  for (const auto& list : lists) elements.push_back({{}, list});
+  return {position, axis, miter, elements};
 }
 
 /// A multiline along the x axis with vertices 10 apart.
@@ -193,14 +193,13 @@ TEST(MlineFill, CoversTheSegmentsAndFollowsItsBreaks) {
   expectPoints(whole[0].first.loops[0], {{0, 1, 0}, {10, 1, 0}, {10, -1, 0}, {0, -1, 0}});
   EXPECT_EQ(whole[0].second, 100u);
 
-  mline.vertices[0].elements[0].areaFillParameters = {3, 5};
-  mline.vertices[0].elements[1].areaFillParameters = {3, 6};
+  mline.vertices[0].elements = std::vector<KdMLSegment>{{{3, 5}, {1, 0}}, {{3, 6}, {-1, 0}}};
   const auto broken = shapesOf<Fill>(drawn(mline, styleWith(db::kStyleFilled)));
   ASSERT_EQ(broken.size(), 2u);
   expectPoints(broken[0].first.loops[0], {{0, 1, 0}, {3, 1, 0}, {3, -1, 0}, {0, -1, 0}});
   expectPoints(broken[1].first.loops[0], {{5, 1, 0}, {10, 1, 0}, {10, -1, 0}, {6, -1, 0}});
 
-  mline.vertices[0].elements[1].areaFillParameters = {3};
+  mline.vertices[0].elements = std::vector<KdMLSegment>{{{3, 5}, {1, 0}}, {{3}, {-1, 0}}};
   EXPECT_EQ(shapesOf<Fill>(drawn(mline, styleWith(db::kStyleFilled))).size(), 1u);
 }
 

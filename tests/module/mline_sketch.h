@@ -21,8 +21,13 @@ inline void setList(KdDbMline& mline, int vertex, int element, const std::vector
 }
 
 inline std::vector<double> listOf(const KdDbMline& mline, int vertex, int element) {
-  const KdMLSegment* segment = mline.segmentAt(vertex, element);
-  return segment ? segment->elementParameters : std::vector<double>();
+  const auto list = mline.segmentsAt(vertex)[static_cast<std::size_t>(element)].elementParameters;
+  return {list.begin(), list.end()};
+}
+
+inline std::vector<double> fillOf(const KdDbMline& mline, int vertex, int element) {
+  const auto list = mline.segmentsAt(vertex)[static_cast<std::size_t>(element)].areaFillParameters;
+  return {list.begin(), list.end()};
 }
 
 /// The lists of one element at all vertices.

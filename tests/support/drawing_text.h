@@ -33,6 +33,16 @@ inline std::vector<std::string> groupLines(std::string_view text) {
   return groups;
 }
 
+/// The same text with the codes right-aligned in three columns, as most programs write them.
+inline std::string inColumns(std::string_view text) {
+  std::string result;
+  for (const std::string& group : groupLines(text)) {
+    const std::size_t blank = group.find(' ');
+    result += std::string(blank < 3 ? 3 - blank : 0, ' ') + group.substr(0, blank) + "\n" + group.substr(blank + 1) + "\n";
+  }
+  return result;
+}
+
 /// What has to be taken out of and put into one text to get the other: "-code value" and "+code value", in their order.
 inline std::vector<std::string> difference(std::string_view before, std::string_view after) {
   const std::vector<std::string> a = groupLines(before), b = groupLines(after);

@@ -32,14 +32,14 @@ std::wstring flagsOf(const db::MlineData& mline) {
   return text;
 }
 
-std::wstring inBrackets(const std::vector<double>& values) {
+std::wstring inBrackets(std::span<const double> values) {
   std::wstring text;
   for (const double value : values) text += (text.empty() ? L"" : L" ") + shown(value);
   return L"[" + text + L"]";
 }
 
 /// What the list of an element draws on its segment: "0 to 3, 5 to end".
-std::wstring drawnBy(const std::vector<double>& list) {
+std::wstring drawnBy(std::span<const double> list) {
   std::wstring text;
   for (std::size_t start = 1; start < list.size(); start += 2) {
     const std::wstring stop = start + 1 < list.size() ? shown(list[start + 1]) : L"end";
@@ -48,8 +48,8 @@ std::wstring drawnBy(const std::vector<double>& list) {
   return text.empty() ? L"nothing" : text;
 }
 
-std::wstring elementOf(std::size_t index, const KdMLSegment& element, bool startsSegment) {
-  const std::vector<double>& list = element.elementParameters;
+std::wstring elementOf(std::size_t index, const KdMLSegmentView& element, bool startsSegment) {
+  const std::span<const double> list = element.elementParameters;
   std::wstring text = L"    element " + std::to_wstring(index) + L": ";
   if (list.empty()) return text + L"no list";
   text += L"at " + shown(list.front());

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
+#include <random>
 
 namespace {
 
@@ -93,6 +94,32 @@ TEST(Vectors, ProjectionOfNothingIsRefused) {
   EXPECT_EQ(distance, 0);
   EXPECT_EQ(gx_ptlndist(kOrigin, nullptr, kOrigin, nullptr, nullptr), -2);
   EXPECT_EQ(gx_ptlndist(kOrigin, kOrigin, nullptr, nullptr, nullptr), -2);
+}
+
+TEST(Vectors, AFootFarBeyondIsOutsideWhateverTheRounding) {
+  constexpr unsigned kSeed = 7;
+  std::mt19937 random(kSeed);
+  std::uniform_real_distribution<double> exponent(-14, 7), sign(-1, 1);
+  const auto coordinate = [&] { return sign(random) * std::pow(10, exponent(random)); };
+  int passedOver = 0;
+  for (int i = 0; i < 200'000; ++i) {
+    double a[3] = {coordinate(), coordinate(), coordinate()}, b[3], p[3];
+    for (int k = 0; k < 3; ++k) {
+      // Coordinates that are equal or next to each other, or apart by any distance.
+      b[k] = i % 3 == 0 ? std::nextafter(a[k], a[k] + 1) : random() % 4 == 0 ? a[k] : a[k] + coordinate();
+      p[k] = random() % 4 == 0 ? a[k] : a[k] + coordinate();
+    }
+    if (!isFootFarBeyond(p, a, b)) continue;
+    ++passedOver;
+    double foot[3];
+    ASSERT_EQ(gx_ptlndist(p, a, b, nullptr, foot), 0) << "seed " << kSeed << ", case " << i;
+    for (int k = 0; k < 3; ++k) {
+      ASSERT_FALSE((a[k] <= foot[k] && foot[k] < b[k]) || (b[k] < foot[k] && foot[k] <= a[k])) << "case " << i;
+    }
+  }
+  EXPECT_GT(passedOver, 20'000);
+  EXPECT_TRUE(isFootFarBeyond(std::array{3.0, 0.0, 0.0}.data(), kOrigin, std::array{1.0, 0.0, 0.0}.data()));
+  EXPECT_FALSE(isFootFarBeyond(std::array{1.5, 0.0, 0.0}.data(), kOrigin, std::array{1.0, 0.0, 0.0}.data()));
 }
 
 }  // namespace

@@ -91,8 +91,8 @@ TEST(MlineAccess, FillListsTakeTheLengthOfTheElementList) {
   EXPECT_EQ(GetNumArea(mline.get(), &count, 0, 2), 1);
   EXPECT_EQ(count, 2);
   EXPECT_EQ(SetAreaArray(mline.get(), values, 0, 2), 1) << "the element list has 3 entries";
-  EXPECT_THAT(mline->segmentAt(0, 2)->areaFillParameters, ElementsAre(1, 2, 3));
-  EXPECT_THAT(mline->segmentAt(0, 2)->elementParameters, ElementsAre(2, 2, 2));
+  EXPECT_THAT(fillOf(*mline, 0, 2), ElementsAre(1, 2, 3));
+  EXPECT_THAT(listOf(*mline, 0, 2), ElementsAre(2, 2, 2));
   double read[3] = {};
   EXPECT_EQ(GetAreaArray(mline.get(), read, 3, 0, 2), 1);
   EXPECT_THAT(read, ElementsAre(1, 2, 3));

@@ -116,7 +116,7 @@ TEST(Cut, ChangesItsElementAloneAndNoFill) {
   expectNear(listsOf(*mline, 0), {{1, 0}, {1, 0}, {1, 0}}, "left");
   expectNear(listsOf(*mline, 1), {{0, 0, 3, 5}, {0, 0}, {0, 0}}, "cut");
   expectNear(listsOf(*mline, 2), {{-1, 0}, {-1, 0}, {-1, 0}}, "right");
-  EXPECT_THAT(mline->segmentAt(0, 1)->areaFillParameters, ElementsAre(0, 0, 0));
+  EXPECT_THAT(fillOf(*mline, 0, 1), ElementsAre(0, 0, 0));
 }
 
 // Whether the element is drawn at a distance along the whole straight line.

@@ -1,3 +1,4 @@
+#include <array>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
@@ -196,7 +197,7 @@ TEST(VertexMove, KeepsWhatIsDrawnInPlace) {
     const auto mline = makeMline({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}}, {1}});
     setList(*mline, 0, 0, broken);
     setList(*mline, 1, 0, ended);
-    ASSERT_EQ(mline->setAreaFillParametersAt(0, 0, {2, 6}), KdStatus::ok);
+    ASSERT_EQ(mline->setAreaFillParametersAt(0, 0, std::array{2.0, 6.0}), KdStatus::ok);
     CMlineEdit engine;
     pick(engine, engine.segFirst, *mline, 1, 0, 0, 0);
     const double to[] = {row.to.x, row.to.y, row.to.z};
@@ -205,7 +206,7 @@ TEST(VertexMove, KeepsWhatIsDrawnInPlace) {
     EXPECT_LT((mline->axisAt(row.vertex) - (row.vertex == 0 ? KdGeVector3d{1, 0, 0} : up)).length(), kSmall);
     EXPECT_LT((mline->miterAt(row.vertex) - row.miter).length(), kSmall);
     for (const int v : {0, 1, 2}) EXPECT_THAT(listOf(*mline, v, 0), Pointwise(DoubleNear(kSmall), row.lists[v])) << v;
-    EXPECT_THAT(mline->segmentAt(0, 0)->areaFillParameters, Pointwise(DoubleNear(kSmall), row.fill));
+    EXPECT_THAT(fillOf(*mline, 0, 0), Pointwise(DoubleNear(kSmall), row.fill));
   }
 }
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <kdrx/db_mline_segments.h>
+
+/// Puts the lists of one vertex after the other together, where they come in their order of storage: for each element its
+/// element parameters, then its area-fill parameters.
+class KdMLSegmentsBuilder {
+ public:
+  /// Vertices that are read together are mostly kept together: their values share blocks of memory of this size.
+  explicit KdMLSegmentsBuilder(std::size_t valuesPerBlock = 0) : m_valuesPerBlock(valuesPerBlock) {}
+
+  void add(double value) { m_values.push_back(value); }
+  void endList() { m_ends.push_back(static_cast<std::uint32_t>(m_values.size())); }
+  /// Drops what was added since the last take().
+  void clear();
+  /// Requires: two lists were ended for each element.
+  KdMLSegments take();
+
+ private:
+  std::size_t m_valuesPerBlock;
+  KdMLSegments::Ends m_ends;
+  std::vector<double> m_values;
+  std::shared_ptr<const KdMLSegments::Ends> m_lastEnds;
+  std::shared_ptr<double[]> m_block;
+  std::size_t m_blockUsed = 0, m_blockSize = 0;
+};
