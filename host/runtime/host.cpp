@@ -57,7 +57,7 @@ Host::Imp::Imp(const HostOptions& options)
     : m_folders(Folders::of(options.programFolder)),
       m_editor(m_commands, options.print ? options.print : printToStandardOutput,
                options.report ? options.report : reportToStandardError),
-      m_runtime(m_commands, m_folders),
+      m_runtime(m_commands, m_folders, options.dialogUse),
       m_profileUse(options.profileUse),
       m_profile(options.profileFolder.empty() ? defaultProfileFolder() : options.profileFolder) {
   m_editor.setViewport(options.viewportWidthPx, options.viewportHeightPx);

@@ -15,10 +15,14 @@ namespace torva::runtime {
 /// Whether the user's settings are brought back at the start and kept at the end.
 enum class ProfileUse { restoreAndKeep, none };
 
+/// Whether commands may show dialogs. With `shown` the program runs a QApplication for as long as the host lives.
+enum class DialogUse { none, shown };
+
 struct HostOptions {
   ProfileUse profileUse = ProfileUse::restoreAndKeep;
   std::string profileFolder;         ///< Empty: $XDG_CONFIG_HOME/torva, else ~/.config/torva.
   std::vector<std::string> modules;  ///< Loaded at once, besides those found beside the program and in the root folder.
+  DialogUse dialogUse = DialogUse::none;
   int viewportWidthPx = 1000, viewportHeightPx = 1000;
   std::function<void(std::wstring_view)> print;    ///< Shows a piece of output as it stands; empty: on standard output.
   std::function<void(const std::string&)> report;  ///< Shows a fault, a line without its end; empty: on standard error.

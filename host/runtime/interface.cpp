@@ -60,6 +60,11 @@ bool kdrxServiceIsRegistered(const wchar_t* name) noexcept {
   return guarded(false, [=](Runtime& runtime) { return runtime.services.at(name) != nullptr; });
 }
 
+bool kdrxShowsDialogs() noexcept {
+  const Runtime* runtime = Current<Runtime>::get();
+  return runtime && runtime->dialogUse == torva::runtime::DialogUse::shown;
+}
+
 KdModuleHandle loadResourceDll(const wchar_t* name) noexcept {
   const void* caller = __builtin_return_address(0);
   if (!name) return nullptr;

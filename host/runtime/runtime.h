@@ -1,5 +1,6 @@
 #pragma once
 
+#include "runtime/host.h"
 #include "runtime/module_loader.h"
 #include "runtime/registry.h"
 #include "runtime/resource_libraries.h"
@@ -9,12 +10,14 @@ namespace torva::runtime {
 /// What the programming interface's functions of registry, services, modules and resource libraries work on; the host makes
 /// one the current one while it runs.
 struct Runtime {
-  Runtime(command::CommandStack& commands, const Folders& folders)
-      : resources(folders, userLanguages()),
+  Runtime(command::CommandStack& commands, const Folders& folders, DialogUse dialogs = DialogUse::none)
+      : dialogUse(dialogs),
+        resources(folders, userLanguages()),
         modules(commands, [this] { return resources.takeFailure(); }),
         linker(modules),
         registry(commands, services, linker) {}
 
+  const DialogUse dialogUse;
   ResourceLibraries resources;
   ModuleLoader modules;
   ServiceDictionary services;

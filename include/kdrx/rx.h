@@ -74,6 +74,9 @@ KDRX_API KdRxDictionary* kdrxSysRegistry() noexcept;
 KDRX_API void kdrxRegisterService(const wchar_t* name) noexcept;
 KDRX_API bool kdrxServiceIsRegistered(const wchar_t* name) noexcept;
 
+/// Whether the host can show dialogs: those of ui.h, or any made with Qt widgets. A console program cannot.
+KDRX_API bool kdrxShowsDialogs() noexcept;
+
 /// Opens a resource library by its file name, looked for beside the module that asks, then under the host's root folder. A
 /// resource library is data (texts by id and pictures by name), never code.
 /// @return null when it is missing or cannot be read; released with AfxFreeLibrary()

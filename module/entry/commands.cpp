@@ -1,5 +1,6 @@
 #include "entry/commands.h"
 
+#include "entry/dialogs_library.h"
 #include "entry/module_entry.h"
 #include "entry/tool_dispatch.h"
 
@@ -14,6 +15,7 @@ enum TextId : unsigned {
   kStyleManagerNeedsDialog = 4016,
   kToolPickerNeedsDialog = 4017,
   kCommandFailed = 4018,
+  kDialogsMissing = 4019,
 };
 
 void print(KdModuleHandle resources, unsigned id) {
@@ -59,7 +61,14 @@ void cmd_kvmlstyle() noexcept {
 }
 
 void cmd_kvmledit() noexcept {
-  runWithResources([](KdModuleHandle library) { print(library, kToolPickerNeedsDialog); });
+  // The dialog goes when the former resource library is back.
+  ToolPicker picker;
+  runWithResources([&](KdModuleHandle library) {
+    if (!kdrxShowsDialogs()) return print(library, kToolPickerNeedsDialog);
+    picker = createToolPicker();
+    if (!picker) return print(library, kDialogsMissing);
+    mlineEditOperation(picker(), library);
+  });
 }
 
 void cmd_kvmleditcli() noexcept {

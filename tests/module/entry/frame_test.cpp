@@ -25,15 +25,20 @@ class FrameTest : public testing::Test {
   FrameTest() {
     std::filesystem::create_directory(folder.path("bin"));
     std::filesystem::copy_file(std::string(kBuiltFolder) + kLibrary, folder.path(libraryName));
-    torva::runtime::HostOptions options;
-    options.profileFolder = folder.path("profile");
-    options.programFolder = folder.path("bin");
-    options.print = [this](std::wstring_view text) { printed += text; };
-    options.report = [this](const std::string& text) { reported += text + "\n"; };
-    host = std::move(*torva::runtime::Host::create(options));
+    startHost(torva::runtime::DialogUse::none);
   }
   ~FrameTest() override { DllMain(nullptr, 0, nullptr); }
 
+  void startHost(torva::runtime::DialogUse dialogUse) {
+    torva::runtime::HostOptions options;
+    options.profileFolder = folder.path("profile");
+    options.programFolder = folder.path("bin");
+    options.dialogUse = dialogUse;
+    options.print = [this](std::wstring_view text) { printed += text; };
+    options.report = [this](const std::string& text) { reported += text + "\n"; };
+    host.reset();
+    host = std::move(*torva::runtime::Host::create(options));
+  }
   bool hasCommands() { return host->editor().commands().find(L"MLEDIT") != nullptr; }
   Fault run(const std::string& script) {
     printed.clear();
@@ -129,13 +134,21 @@ TEST_F(FrameTest, CommandsThatNeedADialogSaySo) {
   EXPECT_THAT(printed, HasSubstr(L"Use -MLEDIT"));
 }
 
+TEST_F(FrameTest, WithoutTheLibraryOfDialogsTheCommandSaysSo) {
+  // The module is part of this program here, and no library of dialogs lies beside that.
+  startHost(torva::runtime::DialogUse::shown);
+  ASSERT_EQ(kdrxEntryPoint(1, nullptr), 0);
+  EXPECT_EQ(run("MLEDIT\n"), Fault::none);
+  EXPECT_THAT(printed, HasSubstr(L"libKdrxMLStyleDialogs.so"));
+}
+
 TEST_F(FrameTest, TheToolPromptOffersEveryKeywordAndTakesNoOther) {
   ASSERT_EQ(kdrxEntryPoint(1, nullptr), 0);
   EXPECT_EQ(LoadLocalCmdStr(4000), L"CC OC MC CT OT MT CJ AV DV CS CA WA");
   EXPECT_EQ(run("-MLEDIT\nXX\n^C\n"), Fault::none);
   EXPECT_THAT(printed, HasSubstr(L"[CC/OC/MC/CT/OT/MT/CJ/AV/DV/CS/CA/WA]"));
   EXPECT_THAT(printed, HasSubstr(L"XX"));
-  for (unsigned id = 4000; id <= 4018; ++id) EXPECT_FALSE(LoadLocalCmdStr(id).empty()) << id;
+  for (unsigned id = 4000; id <= 4019; ++id) EXPECT_FALSE(LoadLocalCmdStr(id).empty()) << id;
 }
 
 TEST(ToolDispatch, KeywordsNameToolsIgnoringCase) {
