@@ -215,6 +215,14 @@ Result<db::VariableValue> Editor::variable(std::wstring_view name) {
   return m_variables.get(name);
 }
 
+const std::wstring& Editor::runningTool() const {
+  return m_session->running.tool.empty() ? m_session->running.name : m_session->running.tool;
+}
+
+void Editor::setRunningTool(std::wstring commandLine) {
+  m_session->running.tool = std::move(commandLine);
+}
+
 Result<Plotter*> Editor::plotter() {
   if (!m_session->plotter) {
     auto loaded = loadPlotter();

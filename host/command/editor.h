@@ -126,6 +126,10 @@ class TORVA_API Editor {
   /// is one. @return whether there was one
   Result<bool> restoreUserPlane();
 
+  /// The command that runs, or the tool that it named, as it would be typed; empty at the command prompt.
+  const std::wstring& runningTool() const;
+  void setRunningTool(std::wstring commandLine);
+
   /// Loads libtorva-gui.so on first need. @return libraryNotLoadable
   Result<Plotter*> plotter();
   /// Ends the run after the running command (QUIT); runs begun later end at once.

@@ -136,9 +136,18 @@ int kdedEntSel(const wchar_t* prompt, KdName name, double point[3]) noexcept {
   });
 }
 
-int kdedOfferPreview(const wchar_t* command, const long* first, const double firstPoint[3]) noexcept {
-  if (!command || !first != !firstPoint) return kKdInputError;
+int kdedSetTool(const wchar_t* command) noexcept {
+  if (!command) return kKdInputError;
   return withEditor([&](Editor& editor) {
+    editor.setRunningTool(command);
+    return kKdInputNormal;
+  });
+}
+
+int kdedOfferPreview(const long* first, const double firstPoint[3]) noexcept {
+  if (!first != !firstPoint) return kKdInputError;
+  return withEditor([&](Editor& editor) {
+    if (editor.runningTool().empty()) return kKdInputError;
     std::vector<torva::command::EntityPick> picks;
     if (first) {
       KdDbObjectId id;
@@ -146,7 +155,7 @@ int kdedOfferPreview(const wchar_t* command, const long* first, const double fir
       picks.push_back({editor.database().recordOf(id), pointOf(firstPoint)});
       if (picks.front().entity == torva::dxf::kNoRecord) return kKdInputError;
     }
-    editor.offerPreview(torva::command::commandPreview(editor, command, std::move(picks)));
+    editor.offerPreview(torva::command::commandPreview(editor, editor.runningTool(), std::move(picks)));
     return kKdInputNormal;
   });
 }

@@ -33,6 +33,7 @@ class TORVA_INTERNAL Editor::Session {
   struct Running {
     std::wstring name = {};
     std::size_t lineNumber = 0;
+    std::wstring tool = {};  ///< The command line that starts the tool at work; empty where that is the command itself.
   };
   Running running;
 

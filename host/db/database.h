@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/export.h"
 #include "base/result.h"
 #include "db/dictionary_data.h"
 #include "db/mline_data.h"
@@ -33,7 +34,7 @@ struct OpenObject {
 /// A drawing as objects over its records. Objects are made when first opened and live until the drawing is closed; a changed
 /// object becomes its record's bytes at flush(), at the latest when the command ends or the drawing is saved. Multilines,
 /// multiline styles and dictionaries are changed through their objects alone.
-class Database final : public KdDbDatabase {
+class TORVA_API Database final : public KdDbDatabase {
  public:
   /// Opens a drawing file; errors and findings are those of dxf::DrawingFile::open().
   static Result<std::unique_ptr<Database>> open(const std::string& path, dxf::DamagePolicy policy,
@@ -154,8 +155,8 @@ class Database final : public KdDbDatabase {
   Result<void> save(const std::string& path, const dxf::SaveOptions& options);
 
  private:
-  class Structure;  // sections, tables, blocks: built on first need
-  class UndoLog;
+  class TORVA_INTERNAL Structure;  // sections, tables, blocks: built on first need
+  class TORVA_INTERNAL UndoLog;
   enum class Space { model, paper };
   friend class ::KdDbObject;
   friend class ::KdDbObjectImp;

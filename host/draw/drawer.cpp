@@ -16,19 +16,21 @@ class Drawer::Imp {
     findBlocks();
   }
 
-  bool refresh() {
-    bool areSymbolsStale = false, areBoxesStale = false;
+  Generation refresh() {
+    bool areLooksStale = false, areBoxesStale = false;
     for (const dxf::RecordId record : database.changesSince(m_seen)) {
       areBoxesStale = areBoxesStale || concernsBoxes(record);
-      areSymbolsStale = areSymbolsStale || areBoxesStale || database.file().type(record) == dxf::RecordType::section;
+      areLooksStale = areLooksStale || areBoxesStale || concernsLooks(record);
     }
     m_seen = database.changeCount();
-    if (areSymbolsStale) {
+    if (areLooksStale) {
       symbols.clear();
       bounds.clear();
       findBlocks();
+      ++m_generation.looks;
     }
-    return areBoxesStale;
+    if (areBoxesStale) ++m_generation.boxes;
+    return m_generation;
   }
 
   const db::Database& database;
@@ -39,6 +41,12 @@ class Drawer::Imp {
   void findBlocks() {
     m_blocksBegin = database.file().section("BLOCKS");
     m_blocksEnd = database.file().section("ENTITIES");
+  }
+
+  /// Whether a change of the record may change how others look.
+  bool concernsLooks(dxf::RecordId record) const {
+    const dxf::RecordType type = database.file().type(record);
+    return type == dxf::RecordType::section || type == dxf::RecordType::style;  // header variables stand in a section
   }
 
   /// Whether a change of the record may change the boxes of others.
@@ -60,6 +68,7 @@ class Drawer::Imp {
   }
 
   std::size_t m_seen;
+  Generation m_generation;
   dxf::RecordId m_blocksBegin = dxf::kNoRecord, m_blocksEnd = dxf::kNoRecord;
 };
 
@@ -110,7 +119,13 @@ bool Drawer::isPlotted(dxf::RecordId entity) const {
   return m_imp->symbols.layer(readLook(m_imp->database.file(), entity).layer).isPlotted;
 }
 
-bool Drawer::refresh() const {
+Appearance Drawer::ownColor(dxf::RecordId entity) const {
+  refresh();
+  const EntityLook look = readLook(m_imp->database.file(), entity);
+  return appearanceOf(withColor({}, look.color, look.layer, m_imp->symbols), m_imp->symbols);
+}
+
+Generation Drawer::refresh() const {
   return m_imp->refresh();
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "base/export.h"
 #include "db/database.h"
 #include "db/mline_data.h"
 #include "draw/display_list.h"
@@ -9,9 +10,15 @@
 
 namespace torva::draw {
 
+/// Counts the changes that concern many entities at once: what was taken at an earlier count is out of date.
+struct Generation {
+  std::size_t looks = 0;  ///< of what draw() gives
+  std::size_t boxes = 0;  ///< of the boxes among it
+};
+
 /// Describes entities of a drawing. Keeps what it looked up (layers, linetypes, block extents) between calls; changes of the
 /// drawing are noticed.
-class Drawer {
+class TORVA_API Drawer {
  public:
   explicit Drawer(const db::Database& database);
   ~Drawer();
@@ -42,13 +49,16 @@ class Drawer {
   /// Whether the entity's layer is one that is plotted.
   bool isPlotted(dxf::RecordId entity) const;
 
+  /// The color that an entity says of itself; no dashes, the default width. For one that is too small to be drawn in full.
+  Appearance ownColor(dxf::RecordId entity) const;
+
   /// Forgets what was looked up when something that many entities depend on was changed since the last call: layers,
   /// linetypes, styles, blocks. The other functions do so by themselves.
-  /// @return whether boxes taken before may be out of date
-  bool refresh() const;
+  /// @return how often that was so until now
+  Generation refresh() const;
 
  private:
-  class Imp;
+  class TORVA_INTERNAL Imp;
   std::unique_ptr<Imp> m_imp;
 };
 

@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "base/export.h"
+#include "paint/page.h"
 #include "paint/painter.h"
 
 #include <QBuffer>
@@ -25,14 +26,11 @@ bool hasText(const draw::DisplayList& list) {
                      [](const draw::Primitive& primitive) { return std::holds_alternative<draw::Text>(primitive.shape); });
 }
 
-/// Paints on white paper; false when the device cannot be painted on.
+/// False when the device cannot be painted on.
 bool paintOn(QPaintDevice& device, const draw::DisplayList& list, const view::View& view) {
   QPainter painter;
   if (!painter.begin(&device)) return false;
-  const QRectF paper(0, 0, view.widthPx(), view.heightPx());
-  painter.fillRect(paper, Qt::white);
-  painter.setClipRect(paper);
-  Painter(painter, view).paint(list);
+  paintPage(painter, list, view);
   return painter.end();
 }
 
@@ -104,6 +102,14 @@ class QtPlotter final : public command::Plotter {
 };
 
 }  // namespace
+
+void paintPage(QPainter& painter, const draw::DisplayList& list, const view::View& view) {
+  const QRectF paper(0, 0, view.widthPx(), view.heightPx());
+  painter.fillRect(paper, Qt::white);
+  painter.setClipRect(paper);
+  TextOutlines outlines;
+  Painter(painter, view, outlines, {}, paper).paint(list);
+}
 }  // namespace torva::paint
 
 extern "C" TORVA_API torva::command::Plotter* torvaCreatePlotter() {

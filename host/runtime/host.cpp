@@ -1,6 +1,7 @@
 #include "runtime/host.h"
 
 #include <cstdio>
+#include <set>
 #include <utility>
 
 #include "base/current.h"
@@ -35,6 +36,9 @@ class TORVA_INTERNAL Host::Imp {
   void stop();
 
   command::Editor& editor() { return m_editor; }
+  std::vector<std::wstring> commandNames() const;
+  const std::string& profileFolder() const { return m_profileFolder; }
+  std::string guideFolder() const { return m_folders.root + "/docs/guide"; }
   Result<void> load(const std::string& module) { return m_runtime.modules.load(module); }
 
  private:
@@ -47,6 +51,7 @@ class TORVA_INTERNAL Host::Imp {
   Runtime m_runtime;
   Current<Runtime> m_currentRuntime{m_runtime};
   const ProfileUse m_profileUse;
+  const std::string m_profileFolder;
   bool m_isStopped = false;
   Profile m_profile;
   std::map<std::wstring, db::VariableValue> m_keptVariables;
@@ -59,7 +64,8 @@ Host::Imp::Imp(const HostOptions& options)
                options.report ? options.report : reportToStandardError),
       m_runtime(m_commands, m_folders, options.dialogUse),
       m_profileUse(options.profileUse),
-      m_profile(options.profileFolder.empty() ? defaultProfileFolder() : options.profileFolder) {
+      m_profileFolder(options.profileFolder.empty() ? defaultProfileFolder() : options.profileFolder),
+      m_profile(m_profileFolder) {
   m_editor.setViewport(options.viewportWidthPx, options.viewportHeightPx);
   command::registerBuiltInCommands(m_commands, m_editor);
   m_moduleOfCommand = readModuleManifests({m_folders.program, m_folders.root});
@@ -78,6 +84,13 @@ void Host::Imp::stop() {
     saved.error().text.insert(0, "warning: ");
     warn(saved.error());
   }
+}
+
+std::vector<std::wstring> Host::Imp::commandNames() const {
+  std::set<std::wstring> names;
+  for (const std::wstring& name : m_commands.names()) names.insert(name);
+  for (const auto& [name, module] : m_moduleOfCommand) names.insert(name);
+  return {names.begin(), names.end()};
 }
 
 bool Host::Imp::loadModuleOf(const std::wstring& command) {
@@ -106,6 +119,18 @@ void Host::stop() {
 
 command::Editor& Host::editor() {
   return m_imp->editor();
+}
+
+std::vector<std::wstring> Host::commandNames() const {
+  return m_imp->commandNames();
+}
+
+std::string Host::profileFolder() const {
+  return m_imp->profileFolder();
+}
+
+std::string Host::guideFolder() const {
+  return m_imp->guideFolder();
 }
 
 Result<void> Host::openDrawing(const std::string& path, dxf::DamagePolicy policy) {

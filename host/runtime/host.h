@@ -48,6 +48,12 @@ class TORVA_API Host {
   void stop();
 
   command::Editor& editor();
+  /// Names of all commands, sorted: also of those whose module is not loaded yet.
+  std::vector<std::wstring> commandNames() const;
+  /// Where the user's settings are kept; it need not exist.
+  std::string profileFolder() const;
+  /// Where the pages of the user guide lie.
+  std::string guideFolder() const;
   /// Opens a drawing in the editor, which keeps to `policy` from now on; errors as of dxf::DrawingFile::open(), findings are
   /// reported as warnings.
   Result<void> openDrawing(const std::string& path, dxf::DamagePolicy policy);

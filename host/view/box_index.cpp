@@ -110,15 +110,14 @@ void SmallBox::add(const SmallBox& box) {
   }
 }
 
-geom::Box3 SmallBox::box() const {
-  return {{min[0], min[1], min[2]}, {max[0], max[1], max[2]}};
-}
-
 void BoxIndex::build(std::vector<Entry> entries) {
   m_entries = std::move(entries);
   m_late.clear();
   m_lateTree.clear();
   m_runs.clear();
+  m_places.clear();
+  m_idLimit = 0;
+  for (const Entry& entry : m_entries) m_idLimit = std::max(m_idLimit, entry.id + 1);
   std::vector<Key> keys = keysAlongCurve(m_entries);
   sortByPosition(keys);
   arrange(m_entries, keys);
@@ -138,6 +137,20 @@ void BoxIndex::set(dxf::RecordId id, const geom::Box3& box) {
   const auto [late, isNew] = m_late.try_emplace(id, fresh);
   if (!isNew) m_lateTree.remove(Value{planOf(std::exchange(late->second, fresh)), id});
   if (!box.isEmpty()) m_lateTree.insert(Value{planOf(fresh), id});
+  m_idLimit = std::max(m_idLimit, id + 1);
+}
+
+SmallBox BoxIndex::boxOf(dxf::RecordId id) const {
+  constexpr std::uint32_t kNowhere = std::numeric_limits<std::uint32_t>::max();
+  if (!m_late.empty()) {
+    if (const auto late = m_late.find(id); late != m_late.end()) return late->second;
+  }
+  if (m_places.empty() && !m_entries.empty()) {
+    m_places.assign(m_idLimit, kNowhere);
+    for (std::uint32_t place = 0; place < m_entries.size(); ++place) m_places[m_entries[place].id] = place;
+  }
+  const std::uint32_t place = id < m_places.size() ? m_places[id] : kNowhere;
+  return place == kNowhere ? SmallBox::empty() : m_entries[place].box;
 }
 
 }  // namespace torva::view

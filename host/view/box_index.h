@@ -9,62 +9,53 @@
 #include <unordered_map>
 #include <vector>
 
-#include "dxf/record.h"
-#include "geom/box.h"
+#include "view/small_box.h"
 
 namespace torva::view {
-
-/// A box in single precision that holds a given one: rounded outward.
-struct SmallBox {
-  float min[3], max[3];
-
-  static SmallBox around(const geom::Box3& box);
-  static SmallBox empty();
-  bool isEmpty() const { return !(min[0] <= max[0]); }
-  void add(const SmallBox& box);
-  bool meetsInPlan(const SmallBox& box) const {
-    return min[0] <= box.max[0] && max[0] >= box.min[0] && min[1] <= box.max[1] && max[1] >= box.min[1];
-  }
-  geom::Box3 box() const;
-};
 
 /// Boxes of records, for finding those at a place. The boxes known from the start are packed along a curve that keeps
 /// neighbours together, and an R-tree is made of their runs: little time and memory for a million boxes. What changes later
 /// is kept in a second R-tree beside it.
 class BoxIndex {
  public:
-  struct Entry {
-    dxf::RecordId id;
-    SmallBox box;
-  };
+  using Entry = BoxedEntity;
 
   /// Replaces all.
   void build(std::vector<Entry> entries);
   /// Gives a record another box; an empty one takes it out.
   void set(dxf::RecordId id, const geom::Box3& box);
 
-  /// Calls visit(id) for the records whose boxes meet a box in x and y.
+  /// The box of a record; empty for one that has none. The first call after build() costs a pass over all.
+  SmallBox boxOf(dxf::RecordId id) const;
+  /// Above the numbers of all records that have boxes.
+  dxf::RecordId idLimit() const { return m_idLimit; }
+
+  /// Calls visit(entry) for the records whose boxes meet a box in x and y, until it returns false.
+  /// @return false when it did
   template <class Visit>
-  void query(const SmallBox& wanted, const Visit& visit) const {
+  bool query(const SmallBox& wanted, const Visit& visit) const {
+    const auto meets = [&](const SmallBox& box) { return box.meetsInPlan(wanted); };
     for (auto run = m_runTree.qbegin(boost::geometry::index::intersects(planOf(wanted))); run != m_runTree.qend(); ++run) {
-      visitRun(
-          run->second, [&](const SmallBox& box) { return box.meetsInPlan(wanted); }, visit);
+      if (!visitRun(run->second, meets, visit)) return false;
     }
     for (auto late = m_lateTree.qbegin(boost::geometry::index::intersects(planOf(wanted))); late != m_lateTree.qend();
-         ++late)
-      visit(late->second);
+         ++late) {
+      if (!visit(Entry{late->second, m_late.at(late->second)})) return false;
+    }
+    return true;
   }
 
-  /// Calls visit(id) for the records whose boxes, and the boxes of whose neighbourhoods, `meets` holds for. Looks at all
+  /// The same for the records whose boxes, and the boxes of whose neighbourhoods, `meets` holds for. Looks at all
   /// neighbourhoods.
   template <class Meets, class Visit>
-  void queryIf(const Meets& meets, const Visit& visit) const {
+  bool queryIf(const Meets& meets, const Visit& visit) const {
     for (std::uint32_t run = 0; run < m_runs.size(); ++run) {
-      if (meets(m_runs[run])) visitRun(run, meets, visit);
+      if (meets(m_runs[run]) && !visitRun(run, meets, visit)) return false;
     }
     for (const auto& [id, box] : m_late) {
-      if (!box.isEmpty() && meets(box)) visit(id);
+      if (!box.isEmpty() && meets(box) && !visit(Entry{id, box})) return false;
     }
+    return true;
   }
 
  private:
@@ -78,17 +69,21 @@ class BoxIndex {
   static Box planOf(const SmallBox& box) { return {{box.min[0], box.min[1]}, {box.max[0], box.max[1]}}; }
 
   template <class Meets, class Visit>
-  void visitRun(std::uint32_t run, const Meets& meets, const Visit& visit) const {
+  bool visitRun(std::uint32_t run, const Meets& meets, const Visit& visit) const {
     const std::size_t end = std::min<std::size_t>(m_entries.size(), std::size_t{run + 1} * kRun);
     for (std::size_t i = std::size_t{run} * kRun; i < end; ++i) {
-      if (meets(m_entries[i].box) && !m_late.contains(m_entries[i].id)) visit(m_entries[i].id);
+      const bool isWanted = meets(m_entries[i].box) && !m_late.contains(m_entries[i].id);
+      if (isWanted && !visit(m_entries[i])) return false;
     }
+    return true;
   }
 
   std::vector<Entry> m_entries;
   std::vector<SmallBox> m_runs;
   Tree m_runTree, m_lateTree;
   std::unordered_map<dxf::RecordId, SmallBox> m_late;
+  dxf::RecordId m_idLimit = 0;
+  mutable std::vector<std::uint32_t> m_places;  // where in m_entries a record stands; made by boxOf()
 };
 
 }  // namespace torva::view

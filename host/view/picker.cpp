@@ -9,12 +9,6 @@
 namespace torva::view {
 namespace {
 
-/// Whether a view looks straight down or up, so that a place in it is a place in x and y.
-bool isPlan(const View& view) {
-  const KdGeVector3d direction = view.toWorld({0, 0, 1}) - view.toWorld({});
-  return direction.x == 0 && direction.y == 0;
-}
-
 PickWindow windowOf(const PickSquare& square) {
   const KdGeVector3d half{square.halfSide, square.halfSide, 0};
   return {square.centerDcs - half, square.centerDcs + half};
@@ -43,15 +37,26 @@ bool meets(const geom::Box3& boxDcs, const PickWindow& window) {
          boxDcs.max.y >= window.minDcs.y;
 }
 
+/// Visits the entities whose boxes meet a window, until visit() returns false.
+template <class Visit>
+bool forEachBoxIn(const BoxIndex& index, const PickWindow& window, const View& view, const Visit& visit) {
+  if (view.isPlan()) return index.query(SmallBox::around(inWorld(window, view)), visit);
+  return index.queryIf([&](const SmallBox& box) { return meets(inDisplay(box, view), window); }, visit);
+}
+
 /// Visits the entities that may show something in a window.
 template <class Visit>
 void forEachNear(const BoxIndex& index, const draw::Drawer& drawer, const PickWindow& window, const View& view,
                  const Visit& visit) {
-  if (!isPlan(view)) return index.queryIf([&](const SmallBox& box) { return meets(inDisplay(box, view), window); }, visit);
   const geom::Box3 box = inWorld(window, view);
-  index.query(SmallBox::around(box), [&](dxf::RecordId entity) {
-    if (drawer.mayMeet(entity, box)) visit(entity);
+  forEachBoxIn(index, window, view, [&](const BoxedEntity& entity) {
+    if (!view.isPlan() || drawer.mayMeet(entity.id, box)) visit(entity.id);
+    return true;
   });
+}
+
+bool isEarlier(const BoxedEntity& a, const BoxedEntity& b) {
+  return a.id < b.id;
 }
 
 }  // namespace
@@ -62,7 +67,7 @@ class Picker::Index {
   Index(const db::Database& database, const draw::Drawer& drawer) : m_database(database), m_drawer(drawer) {}
 
   const BoxIndex& current() {
-    if (m_drawer.refresh() || !m_isBuilt) {
+    if (m_drawer.refresh().boxes != m_generation || !m_isBuilt) {
       build();
       return m_boxes;
     }
@@ -79,6 +84,19 @@ class Picker::Index {
     }
     m_seen = count;
     return m_boxes;
+  }
+
+  Changes changesSince(ChangeMark& mark) {
+    m_isFollowed = true;
+    current();
+    const ChangeMark now{m_drawer.refresh().looks, m_builds, m_changed.size()};
+    Changes changes;
+    changes.areAll = now.looks != mark.looks || now.builds != mark.builds;
+    if (!changes.areAll) {
+      changes.entities.assign(m_changed.begin() + static_cast<std::ptrdiff_t>(mark.position), m_changed.end());
+    }
+    mark = now;
+    return changes;
   }
 
   geom::Box3 extents() {
@@ -103,7 +121,10 @@ class Picker::Index {
     });
     m_boxes.build(std::move(entries));
     m_seen = m_database.changeCount();
+    m_generation = m_drawer.refresh().boxes;
     m_isBuilt = true;
+    ++m_builds;
+    m_changed.clear();
   }
 
   /// The entity that a record is or is a part of; kNoRecord when only building anew tells.
@@ -115,7 +136,10 @@ class Picker::Index {
   }
 
   void update(dxf::RecordId entity) {
-    if (m_database.blockOfEntity(entity) != dxf::kNoRecord) m_boxes.set(entity, m_drawer.modelSpaceBounds(entity));
+    if (m_database.blockOfEntity(entity) == dxf::kNoRecord) return;
+    if (m_isFollowed) m_changed.push_back({entity, m_boxes.boxOf(entity)});
+    m_boxes.set(entity, m_drawer.modelSpaceBounds(entity));
+    if (m_isFollowed) m_changed.push_back({entity, m_boxes.boxOf(entity)});
   }
 
   dxf::RecordId ownerOf(dxf::RecordId record) const {
@@ -132,8 +156,12 @@ class Picker::Index {
   const draw::Drawer& m_drawer;
   BoxIndex m_boxes;
   std::optional<geom::Box3> m_extents;
-  std::size_t m_seen = 0;
+  std::size_t m_seen = 0, m_generation = 0;
   bool m_isBuilt = false;
+  // For those who follow the changes: how often all was made new, and what changed since the last time.
+  std::size_t m_builds = 0;
+  std::vector<BoxedEntity> m_changed;
+  bool m_isFollowed = false;
 };
 
 Picker::Picker(const db::Database& database) : m_drawer(database), m_index(std::make_unique<Index>(database, m_drawer)) {}
@@ -172,9 +200,38 @@ std::vector<dxf::RecordId> Picker::pickAll(const PickWindow& window, WindowRule 
 std::vector<dxf::RecordId> Picker::query(const geom::Box3& boxWcs) {
   std::vector<dxf::RecordId> found;
   if (boxWcs.isEmpty()) return found;
-  m_index->current().query(SmallBox::around(boxWcs), [&](dxf::RecordId entity) { found.push_back(entity); });
+  m_index->current().query(SmallBox::around(boxWcs), [&](const BoxedEntity& entity) {
+    found.push_back(entity.id);
+    return true;
+  });
   std::sort(found.begin(), found.end());
   return found;
+}
+
+bool Picker::query(const PickWindow& window, const View& view, std::size_t most, std::vector<BoxedEntity>& found) {
+  found.clear();
+  const bool areAll = forEachBoxIn(m_index->current(), window, view, [&](const BoxedEntity& entity) {
+    if (found.size() == most) return false;
+    found.push_back(entity);
+    return true;
+  });
+  std::sort(found.begin(), found.end(), isEarlier);
+  return areAll;
+}
+
+dxf::RecordId Picker::scan(dxf::RecordId from, std::size_t count, std::vector<BoxedEntity>& found) {
+  found.clear();
+  const BoxIndex& index = m_index->current();
+  const auto end = static_cast<dxf::RecordId>(std::min<std::size_t>(index.idLimit(), from + count));
+  for (dxf::RecordId id = from; id < end; ++id) {
+    const SmallBox box = index.boxOf(id);
+    if (!box.isEmpty()) found.push_back({id, box});
+  }
+  return end >= index.idLimit() ? dxf::kNoRecord : end;
+}
+
+Changes Picker::changesSince(ChangeMark& mark) {
+  return m_index->changesSince(mark);
 }
 
 geom::Box3 Picker::extents() {

@@ -114,6 +114,12 @@ KdGePoint3d View::toWorld(const KdGePoint3d& display) const {
   return m_targetWcs + (m_xAxis * display.x + m_yAxis * display.y + m_zAxis * display.z);
 }
 
+bool View::isParallelTo(const View& view) const {
+  constexpr KdGeTol kSame{0, 0};
+  return m_targetWcs.isEqualTo(view.m_targetWcs, kSame) && m_xAxis.isEqualTo(view.m_xAxis, kSame) &&
+         m_yAxis.isEqualTo(view.m_yAxis, kSame);
+}
+
 void View::set(const KdGePoint3d& centerDcs, double height) {
   m_centerDcs = centerDcs;
   m_height = height;

@@ -21,6 +21,11 @@ class TORVA_API View final : public KdGsView {
   KdGePoint3d toDisplay(const KdGePoint3d& world) const;
   KdGePoint3d toWorld(const KdGePoint3d& display) const;
 
+  /// Whether it looks straight down or up, so that a place in it is a place in x and y.
+  bool isPlan() const { return m_zAxis.x == 0 && m_zAxis.y == 0; }
+  /// Whether both look in the same direction, turned alike: they differ in place, scale and size alone.
+  bool isParallelTo(const View& view) const;
+
   /// Middle of the view and its height, in display coordinates and drawing units; height > 0.
   KdGePoint3d centerDcs() const { return m_centerDcs; }
   double height() const { return m_height; }

@@ -37,14 +37,19 @@ enum KdInitGetFlags : int {
 ///   is asked for again
 [[nodiscard]] KDRX_API int kdedEntSel(const wchar_t* prompt, KdName name, double point[3]) noexcept;
 
-/// Lets the next kdedEntSel() show, while it waits, what `command` would make of the entity under the cursor: a window runs
-/// that command on copies, answered with the picks and then Enter, and shows what becomes of them. To be called after
-/// kdedInitGet(), which takes it back.
-/// @param command the command with the answers that come before the picks, separated by blanks
-/// @param first the entity picked before and
+/// Names the tool that is at work by the command line that starts it: previews run that, and help is looked up under it.
+/// Holds until the running command ends.
+/// @param command a command of the module with the answers that choose the tool, separated by blanks
+/// @return kKdInputNormal, or kKdInputError for a null pointer
+KDRX_API int kdedSetTool(const wchar_t* command) noexcept;
+
+/// Lets the next kdedEntSel() show, while it waits, what the tool would make of the entity under the cursor: a window runs
+/// the tool on copies, answered with the picks and then Enter, and shows what becomes of them. To be called after
+/// kdedInitGet(), which takes it back. A module that uses it must bear that its command runs while the same command waits.
+/// @param first the entity picked before, and
 /// @param firstPoint where it was picked, user coordinates; both null when the next pick is the only one
-/// @return kKdInputNormal, or kKdInputError for a missing command, a `first` that is no entity or one null pointer of the two
-KDRX_API int kdedOfferPreview(const wchar_t* command, const long* first, const double firstPoint[3]) noexcept;
+/// @return kKdInputNormal, or kKdInputError when no tool was named, `first` is no entity or only one of the two is null
+KDRX_API int kdedOfferPreview(const long* first, const double firstPoint[3]) noexcept;
 
 /// Asks for a point. @param base null, or the point from which a rubber band and relative input start
 [[nodiscard]] KDRX_API int kdedGetPoint(const double* base, const wchar_t* prompt, double point[3]) noexcept;

@@ -51,6 +51,7 @@ bool CMlineEdit::MlineCopy(long* name, KdDbMline* copy) {
 
 int CMlineEdit::runTool(KdModuleHandle module, const CMlineTool& tool) {
   m_texts = module;
+  kdedSetTool(tool.command);
   const auto resolve = tool.resolve ? tool.resolve : &CMlineEdit::mlineEditInitialize;
   while (pickFirst(tool)) {
     if (tool.acceptsFirst ? !(this->*tool.acceptsFirst)() : !needBreak(pickName)) continue;
@@ -75,7 +76,7 @@ bool CMlineEdit::pickFirst(const CMlineTool& tool) {
   if (hasUndo) LoadStringW(m_texts, kUndoKeywords, promptBuf, capacity);
   static_cast<void>(kdedInitGet(kKdInitGetNone, hasUndo ? promptBuf : nullptr));
   LoadStringW(m_texts, hasUndo ? tool.undoPrompt : tool.firstPrompt, promptBuf, capacity);
-  if (!tool.acceptsSecond) kdedOfferPreview(tool.command, nullptr, nullptr);
+  if (!tool.acceptsSecond) kdedOfferPreview(nullptr, nullptr);
   retCode = kdedEntSel(promptBuf, pickName, pickPoint);
   if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
   if (retCode == kKdInputError) return integerVariable(L"ERRNO") != kKdErrnoEmptyAnswer;
@@ -89,7 +90,7 @@ bool CMlineEdit::pickSecond(const CMlineTool& tool) {
   LoadStringW(m_texts, tool.secondPrompt, promptBuf, static_cast<int>(std::size(promptBuf)));
   const double first[3] = {pickPoint[0], pickPoint[1], pickPoint[2]};
   do {
-    kdedOfferPreview(tool.command, segFirst.name, first);
+    kdedOfferPreview(segFirst.name, first);
     retCode = kdedEntSel(promptBuf, pickName, pickPoint);
     if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
   } while (!(this->*tool.acceptsSecond)());

@@ -10,7 +10,7 @@ constexpr unsigned kClosedRefusal = 4006, kNoCrossingRefusal = 4007;
 struct CMlineTool {
   enum class Changes { first, both };
 
-  const wchar_t* command;  ///< Runs the tool from the command line, for previews.
+  const wchar_t* command;  ///< Starts the tool from the command line; the host looks up help and runs previews by it.
   unsigned undoPrompt;     ///< Text id of the first prompt while there is something to undo.
   unsigned firstPrompt;    ///< And while there is nothing.
   unsigned secondPrompt;   ///< Asked again until `acceptsSecond`.

@@ -181,7 +181,10 @@ TEST(BoxIndex, FindsTheBoxesThatMeet) {
     const KdGePoint3d at{place(random), place(random), 0};
     const SmallBox wanted = SmallBox::around({at, at + KdGeVector3d{1e5, 1e5, 0}});
     std::vector<dxf::RecordId> found, expected;
-    index.query(wanted, [&](dxf::RecordId id) { found.push_back(id); });
+    index.query(wanted, [&](const BoxedEntity& entry) {
+      found.push_back(entry.id);
+      return true;
+    });
     std::sort(found.begin(), found.end());
     for (dxf::RecordId id = 0; id < boxes.size(); ++id) {
       if (!boxes[id].isEmpty() && SmallBox::around(boxes[id]).meetsInPlan(wanted)) expected.push_back(id);

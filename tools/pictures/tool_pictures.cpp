@@ -169,21 +169,24 @@ void paintVertices(QPainter& painter, const std::vector<KdGePoint3d>& vertices) 
 }
 
 void paintContent(QPainter& painter, const view::View& view, const Content& content) {
-  paint::Painter lines(painter, view);
+  paint::TextOutlines outlines;
+  const auto paintLines = [&](const draw::DisplayList& list) {
+    paint::Painter(painter, view, outlines, {}, QRectF(0, 0, kSize, kSize)).paint(list);
+  };
   if (content.beside == Beside::formerBelow) {
     constexpr double kFaint = 0.65;
     painter.setOpacity(kFaint);
-    lines.paint(inColor(content.former, kFormerColor));
+    paintLines(inColor(content.former, kFormerColor));
     painter.setOpacity(1);
   }
   const bool showsAddition = content.beside == Beside::addition;
-  lines.paint(showsAddition ? inColor(content.edited, QColor(kSecondRgb)) : content.edited);
+  paintLines(showsAddition ? inColor(content.edited, QColor(kSecondRgb)) : content.edited);
   if (showsAddition) {
     // Taken out first, so that no rim of the color below stays around what was there.
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    lines.paint(content.former);
+    paintLines(content.former);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    lines.paint(content.former);
+    paintLines(content.former);
   }
   if (content.beside == Beside::vertices) paintVertices(painter, content.vertices);
 }
