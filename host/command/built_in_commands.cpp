@@ -1,5 +1,6 @@
 #include "command/built_in_commands.h"
 
+#include "command/commands/chprop_command.h"
 #include "command/commands/circle_command.h"
 #include "command/commands/drawing_commands.h"
 #include "command/commands/erase_command.h"
@@ -29,6 +30,7 @@ struct BuiltIn {
 constexpr BuiltIn kBuiltIns[] = {
     {L"-LAYER", layerCommand},
     {L"?", helpCommand},
+    {L"CHPROP", chpropCommand},
     {L"CIRCLE", circleCommand},
     {L"COPY", copyCommand},
     {L"ERASE", eraseCommand},

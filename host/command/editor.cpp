@@ -1,5 +1,6 @@
 #include "command/editor.h"
 
+#include <algorithm>
 #include <exception>
 #include <fmt/format.h>
 #include <utility>
@@ -42,6 +43,7 @@ void Editor::setDatabase(std::unique_ptr<db::Database> database) {
   m_session->userPlane.reset();
   m_session->formerPlanes.clear();
   m_session->previousSelection.clear();
+  m_session->pickedFirst = {};
   m_session->currentDatabase.reset();
   m_session->currentDatabase.emplace(*database);
   m_variables.setDrawing(database.get());
@@ -129,6 +131,7 @@ void Editor::runCommand(const Command& command) {
   m_session->restrictions = {};
   const bool isUndoStep = !(command.flags & kIsNoUndoStep);
   const db::Database* database = m_database.get();
+  const std::size_t changesSeen = m_database->changeCount();
   if (isUndoStep) m_database->beginUndoStep(command.globalName);
   const auto reportThrown = [&](const std::string& what) {
     report({ErrorCode::notApplicable, utf8FromWide(command.globalName) + " failed: " + what}, Fault::script);
@@ -143,8 +146,17 @@ void Editor::runCommand(const Command& command) {
   closeLeftovers(command.globalName);
   if (isUndoStep && database == m_database.get()) m_database->endUndoStep();
   m_database->flush();
+  if (database == m_database.get()) endPickedFirst(changesSeen);
   warnOf(m_database->takeFindings(), m_database->file().path(), m_database->file().form());
   m_session->running = {};
+}
+
+void Editor::endPickedFirst(std::size_t changesSeen) {
+  const auto changes = m_database->changesSince(changesSeen);
+  const bool hasChanged = std::any_of(changes.begin(), changes.end(), [&](dxf::RecordId record) {
+    return m_database->file().type(record) != dxf::RecordType::section;
+  });
+  if (hasChanged || m_session->pickedFirst.isTaken) m_session->pickedFirst = {};
 }
 
 /// An object left open could never be opened for write again; it is the command's fault, not the user's.

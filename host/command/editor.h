@@ -92,6 +92,10 @@ class TORVA_API Editor {
   int getKeyword(const std::wstring& prompt, std::wstring& keyword);
   /// @param picks whether it is one of several that are chosen, also by windows
   int selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs, Picks picks = Picks::one);
+  /// What a pick at a point gives, see view::Picker::pick(): PICKBOX says how near it has to be.
+  dxf::RecordId entityAt(const KdGePoint3d& pointWcs);
+  /// The entities in a window of the view between two opposite corners, in drawing order.
+  std::vector<dxf::RecordId> entitiesIn(const KdGePoint3d& cornerWcs, const KdGePoint3d& oppositeWcs, view::WindowRule rule);
   /// The corner of a window opposite to `firstUcs`.
   int getCorner(const KdGePoint3d& firstUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
   int getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
@@ -105,6 +109,14 @@ class TORVA_API Editor {
   const std::wstring& lastKeyword() const;
   /// Whether the last selectEntity() was a pick that met nothing.
   bool lastMissed() const;
+  /// The entities chosen before a command, in drawing order, without those that were erased meanwhile. The next command that
+  /// asks for a selection takes them instead of asking. They are forgotten when that command ends, when a command changes
+  /// the drawing (its header, which holds settings, excepted), and with the drawing.
+  std::vector<dxf::RecordId> pickedFirst() const;
+  /// Requires: they are entities of model space.
+  void setPickedFirst(std::vector<dxf::RecordId> entities);
+  /// Gives them to the running command; none the second time.
+  std::vector<dxf::RecordId> takePickedFirst();
   /// What the last command that asked for a selection was given; kept until the drawing is replaced.
   std::vector<KdDbObjectId>& previousSelection();
 
@@ -141,6 +153,7 @@ class TORVA_API Editor {
 
   void execute(const std::wstring& name);
   void runCommand(const Command& command);
+  void endPickedFirst(std::size_t changesSeen);
   void closeLeftovers(const std::wstring& commandName);
   /// Reports findings about a drawing as warnings, the first of many.
   void warnOf(const std::vector<dxf::Finding>& findings, const std::string& path, dxf::Form form);

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/numbers.h"
 #include "base/text.h"
@@ -157,15 +159,44 @@ int Editor::pickByHandle(std::uint64_t handle, KdDbObjectId& id) {
 }
 
 int Editor::pickByPoint(const KdGePoint3d& pointUcs, KdDbObjectId& id) {
-  const double halfSide = variableOr(m_variables, L"PICKBOX", 3) * view().unitsPerPixel(1.0);
-  const dxf::RecordId picked = picker().pick(toWorld(pointUcs), halfSide, view());
+  const dxf::RecordId picked = entityAt(toWorld(pointUcs));
   if (picked == dxf::kNoRecord) return miss();
   id = m_database->idOf(picked);
   return kKdInputNormal;
 }
 
+dxf::RecordId Editor::entityAt(const KdGePoint3d& pointWcs) {
+  const double halfSide = variableOr(m_variables, L"PICKBOX", 3) * view().unitsPerPixel(1.0);
+  return picker().pick(pointWcs, halfSide, view());
+}
+
+std::vector<dxf::RecordId> Editor::entitiesIn(const KdGePoint3d& cornerWcs, const KdGePoint3d& oppositeWcs,
+                                              view::WindowRule rule) {
+  geom::Box3 box;
+  box.add(view().toDisplay(cornerWcs));
+  box.add(view().toDisplay(oppositeWcs));
+  return picker().pickAll({box.min, box.max}, rule, view());
+}
+
 bool Editor::lastMissed() const {
   return variableOr(m_variables, L"ERRNO", 0) == kKdErrnoPickMissed;
+}
+
+std::vector<dxf::RecordId> Editor::pickedFirst() const {
+  std::vector<dxf::RecordId> entities = m_session->pickedFirst.entities;
+  std::erase_if(entities, [&](dxf::RecordId entity) { return m_database->file().isErased(entity); });
+  return entities;
+}
+
+void Editor::setPickedFirst(std::vector<dxf::RecordId> entities) {
+  std::sort(entities.begin(), entities.end());
+  entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
+  m_session->pickedFirst = {std::move(entities)};
+}
+
+std::vector<dxf::RecordId> Editor::takePickedFirst() {
+  if (std::exchange(m_session->pickedFirst.isTaken, true)) return {};
+  return pickedFirst();
 }
 
 std::vector<KdDbObjectId>& Editor::previousSelection() {

@@ -72,12 +72,7 @@ class Selecting {
     if (status == kKdInputNormal) status = m_editor.getCorner(first, L"Opposite corner: ", second);
     m_isCancelled = status == kKdInputCancel;
     if (status != kKdInputNormal) return;
-    const KdGePoint3d a = m_editor.view().toDisplay(m_editor.toWorld(first));
-    const KdGePoint3d b = m_editor.view().toDisplay(m_editor.toWorld(second));
-    geom::Box3 box;
-    box.add(a);
-    box.add(b);
-    take(m_editor.picker().pickAll({box.min, box.max}, rule, m_editor.view()));
+    take(m_editor.entitiesIn(m_editor.toWorld(first), m_editor.toWorld(second), rule));
   }
 
   Records topLevel(KdDbObjectId id) {
@@ -159,13 +154,41 @@ void leaveOutLocked(Editor& editor, std::vector<dxf::RecordId>& entities) {
 }  // namespace
 
 std::vector<dxf::RecordId> selectObjects(Editor& editor, SelectionUse use) {
-  std::vector<dxf::RecordId> entities = Selecting(editor).run();
+  std::vector<dxf::RecordId> entities = editor.takePickedFirst();
+  if (entities.empty()) {
+    entities = Selecting(editor).run();
+  } else {
+    editor.print(std::to_wstring(entities.size()) + L" found");
+  }
   if (entities.empty()) return entities;
   std::vector<KdDbObjectId>& previous = editor.previousSelection();
   previous.clear();
   for (const dxf::RecordId entity : entities) previous.push_back(editor.database().idOf(entity));
   if (use == SelectionUse::change) leaveOutLocked(editor, entities);
   return entities;
+}
+
+void pickFirst(Editor& editor, const std::vector<dxf::RecordId>& entities, Choice choice) {
+  std::vector<dxf::RecordId> chosen = editor.pickedFirst();
+  if (choice == Choice::add) {
+    chosen.insert(chosen.end(), entities.begin(), entities.end());
+  } else {
+    const std::set<dxf::RecordId> removed(entities.begin(), entities.end());
+    std::erase_if(chosen, [&](dxf::RecordId entity) { return removed.contains(entity); });
+  }
+  editor.setPickedFirst(std::move(chosen));
+}
+
+bool pickFirstAt(Editor& editor, const KdGePoint3d& pointWcs, Choice choice) {
+  const dxf::RecordId entity = editor.entityAt(pointWcs);
+  if (entity == dxf::kNoRecord) return false;
+  pickFirst(editor, {entity}, choice);
+  return true;
+}
+
+void pickFirstIn(Editor& editor, const KdGePoint3d& cornerWcs, const KdGePoint3d& oppositeWcs, view::WindowRule rule,
+                 Choice choice) {
+  pickFirst(editor, editor.entitiesIn(cornerWcs, oppositeWcs, rule), choice);
 }
 
 }  // namespace torva::command

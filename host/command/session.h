@@ -48,6 +48,14 @@ class TORVA_INTERNAL Editor::Session {
   std::wstring lastKeyword;
   UserPlaneReader userPlane;
   std::vector<KdDbObjectId> previousSelection;
+
+  /// What was chosen before a command.
+  struct PickedFirst {
+    std::vector<dxf::RecordId> entities = {};
+    bool isTaken = false;
+  };
+  PickedFirst pickedFirst;
+
   std::vector<UserPlane> formerPlanes;  // of this drawing, the last one at the end
   bool isQuitRequested = false;
   std::unique_ptr<Plotter> plotter;

@@ -44,6 +44,12 @@ KdGePoint3d UserPlane::toUser(const KdGePoint3d& wcs) const {
   return {offset.dotProduct(x), offset.dotProduct(y), offset.dotProduct(z)};
 }
 
+KdGePoint3d orthoPoint(const KdGePoint3d& baseUcs, const KdGePoint3d& pointUcs) {
+  const KdGeVector3d way = pointUcs - baseUcs;
+  if (std::abs(way.x) >= std::abs(way.y)) return {pointUcs.x, baseUcs.y, baseUcs.z};
+  return {baseUcs.x, pointUcs.y, baseUcs.z};
+}
+
 Result<void> writeUserPlane(const UserPlane& plane, db::Database& drawing, db::SystemVariables& variables) {
   if (drawing.file().section("HEADER") == dxf::kNoRecord) {
     return fail(ErrorCode::notApplicable, "the drawing has no header to keep a user coordinate system in");

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "base/export.h"
 #include "db/database.h"
 #include "db/system_variables.h"
 
@@ -18,6 +19,10 @@ struct UserPlane {
   KdGePoint3d toWorld(const KdGePoint3d& ucs) const { return origin + x * ucs.x + y * ucs.y + z * ucs.z; }
   KdGePoint3d toUser(const KdGePoint3d& wcs) const;
 };
+
+/// A point of user coordinates moved to the line through `baseUcs` along the x or y axis: the one on which it is farther
+/// from the base, the x axis when both are equal. It is at the height of the base.
+TORVA_API KdGePoint3d orthoPoint(const KdGePoint3d& baseUcs, const KdGePoint3d& pointUcs);
 
 /// Makes a plane the drawing's user coordinate system; its elevation is not looked at. The name of a former one goes.
 /// @return notApplicable when the drawing has no header

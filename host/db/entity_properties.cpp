@@ -4,6 +4,7 @@
 #include <array>
 
 #include "db/color_groups.h"
+#include "db/database.h"
 #include "db/record_groups.h"
 
 namespace torva::db {
@@ -175,6 +176,24 @@ EntityProperties readEntityProperties(const dxf::DrawingFile& file, dxf::RecordI
 
 std::string writeEntityProperties(const dxf::DrawingFile& file, std::string_view bytes, const EntityProperties& properties) {
   return PropertyWriter(file, bytes, properties).write();
+}
+
+void changeEntityProperties(Database& database, dxf::RecordId entity, const EntityPropertyChange& change) {
+  database.flush();
+  const dxf::DrawingFile& file = database.file();
+  const EntityProperties former = readEntityProperties(file, entity);
+  for (const dxf::RecordId part : withParts(file, entity)) {
+    const EntityProperties before = readEntityProperties(file, part);
+    EntityProperties after = before;
+    const bool standsWithIt = before.layer == former.layer && file.type(part) != dxf::RecordType::attrib;
+    if (change.layer && standsWithIt) after.layer = *change.layer;
+    if (part == entity) {
+      after.linetype = change.linetype.value_or(after.linetype);
+      after.color = change.color.value_or(after.color);
+      after.lineWeight = change.lineWeight.value_or(after.lineWeight);
+    }
+    if (after != before) database.setBytes(part, writeEntityProperties(file, file.bytes(part), after));
+  }
 }
 
 }  // namespace torva::db

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "dxf/drawing_file.h"
@@ -7,6 +8,8 @@
 #include <kdrx/cm_color.h>
 
 namespace torva::db {
+
+class Database;
 
 /// What every entity has besides its shape. The numbers are those of drawing files.
 struct EntityProperties {
@@ -26,5 +29,17 @@ EntityProperties readEntityProperties(const dxf::DrawingFile& file, dxf::RecordI
 
 /// The bytes of a whole entity record with other properties; groups whose value did not change keep their text.
 std::string writeEntityProperties(const dxf::DrawingFile& file, std::string_view bytes, const EntityProperties& properties);
+
+/// Properties that entities are to have from now on; the others stay.
+struct EntityPropertyChange {
+  std::optional<std::wstring> layer, linetype;
+  std::optional<KdCmColor> color;
+  std::optional<int> lineWeight;
+};
+
+/// Changes an entity's record. The vertices and the end mark that are parts of it come along to another layer where they
+/// stand on the layer of their entity; attributes have properties of their own and keep them. Requires: no object of it is
+/// open; the names are those of the drawing.
+void changeEntityProperties(Database& database, dxf::RecordId entity, const EntityPropertyChange& change);
 
 }  // namespace torva::db

@@ -171,6 +171,14 @@ LayerData readLayer(const dxf::DrawingFile& file, dxf::RecordId record) {
   return layer;
 }
 
+std::vector<LayerData> readLayers(const Database& database) {
+  std::vector<LayerData> layers;
+  for (const dxf::RecordId record : database.symbols(dxf::RecordType::layer)) {
+    layers.push_back(readLayer(database.file(), record));
+  }
+  return layers;
+}
+
 void changeLayer(Database& database, dxf::RecordId record, const LayerData& layer) {
   if (readLayer(database.file(), record) == layer) return;
   database.setBytes(record, LayerWriter(database.file(), record, layer).write());

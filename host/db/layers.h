@@ -1,7 +1,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "base/export.h"
 #include "base/result.h"
 #include "dxf/drawing_file.h"
 
@@ -25,6 +27,9 @@ struct LayerData {
 
 /// Reads a LAYER record; what it lacks keeps its default.
 LayerData readLayer(const dxf::DrawingFile& file, dxf::RecordId record);
+
+/// All layers of a drawing in their order, erased ones left out.
+TORVA_API std::vector<LayerData> readLayers(const Database& database);
 
 /// Changes a layer, its name excepted. Groups whose value does not change keep their text.
 void changeLayer(Database& database, dxf::RecordId record, const LayerData& layer);

@@ -142,6 +142,17 @@ std::vector<double> distancesFrom(const MlineVertex& vertex, const KdGeVector3d&
 
 }  // namespace
 
+double pathLength(const MlineData& data) {
+  double length = 0;
+  for (std::size_t i = 1; i < data.vertices.size(); ++i) {
+    length += data.vertices[i - 1].position.distanceTo(data.vertices[i].position);
+  }
+  if (data.isClosed && !data.vertices.empty()) {
+    length += data.vertices.back().position.distanceTo(data.vertices.front().position);
+  }
+  return length;
+}
+
 MlineShape shapeOf(const MlineData& data, const std::optional<MlineStyleData>& style) {
   MlineShape shape;
   shape.startAngleRad = style ? style->startAngleRad : kSquare;

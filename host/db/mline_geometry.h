@@ -20,6 +20,9 @@ struct MlineShape {
 /// style) keeps the distances that its first vertex has, and square ends when it has no style.
 MlineShape shapeOf(const MlineData& data, const std::optional<MlineStyleData>& style);
 
+/// Length of the path through the vertices, back to the first one when it is closed.
+double pathLength(const MlineData& data);
+
 /// Changes of the vertex list. Segments that are new or run anew are drawn whole, their fill lists emptied; where only the
 /// miter at a segment's start turns, the breaks stay where they are in the drawing. A segment without length takes the
 /// direction of the one before it, or the world's x axis in the multiline's plane.

@@ -22,6 +22,7 @@ using Text = std::wstring;
 
 const std::vector<VariableInfo>& table() {
   static const std::vector<VariableInfo> variables = {
+      {L"APERTURE", kProfile, kOpen, 10, "", 0, 1, 50},
       {L"AUNITS", kDrawing, kOpen, 0, "$AUNITS", 70, 0, 4},
       {L"AUPREC", kDrawing, kOpen, 0, "$AUPREC", 70, 0, 8},
       {L"CECOLOR", kDrawing, kOpen, Text(L"BYLAYER"), "$CECOLOR", 62},
@@ -46,6 +47,8 @@ const std::vector<VariableInfo>& table() {
       {L"LUNITS", kDrawing, kOpen, 2, "$LUNITS", 70, 1, 5},
       {L"LUPREC", kDrawing, kOpen, 4, "$LUPREC", 70, 0, 8},
       {L"MEASUREMENT", kDrawing, kOpen, 0, "$MEASUREMENT", 70, 0, 1},
+      {L"ORTHOMODE", kDrawing, kOpen, 0, "$ORTHOMODE", 70, 0, 1},
+      {L"OSMODE", kProfile, kOpen, 39, "", 0, 0, 32767},
       {L"PICKBOX", kProfile, kOpen, 3, "", 0, 0, 50},
       {L"UCSORG", kDrawing, kReadOnly, kOrigin, "$UCSORG", 10},
       {L"UCSXDIR", kDrawing, kReadOnly, KdGePoint3d{1, 0, 0}, "$UCSXDIR", 10},

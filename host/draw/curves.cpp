@@ -99,8 +99,8 @@ void drawSpline(const dxf::Groups& groups, Sketch& sketch, std::uint32_t appeara
     fitPoints.read(group);
   }
   spline.controlPoints = std::move(controlPoints.points);
-  if (spline.controlPoints.empty()) return sketch.polyline(std::move(fitPoints.points), false, appearance);
-  sketch.polyline(spline.sample(), false, appearance);
+  if (spline.controlPoints.empty()) return sketch.curve(std::move(fitPoints.points), appearance);
+  sketch.curve(spline.sample(), appearance);
 }
 
 void drawLeader(const dxf::Groups& groups, Sketch& sketch, std::uint32_t appearance) {

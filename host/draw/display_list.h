@@ -34,6 +34,7 @@ struct Appearance {
 struct Polyline {
   std::vector<KdGePoint3d> points;
   bool isClosed = false;
+  bool isCurve = false;  ///< Stands for a curve that the points were taken from: those between the ends are no corners.
 };
 
 /// Elliptical arc: center + xAxis cos t + yAxis sin t for t from startRad over sweepRad (2 pi: whole; negative: clockwise).

@@ -221,6 +221,20 @@ void drawMline(const db::MlineData& mline, const db::MlineStyleData& style, cons
   MlinePainter(mline, style, appearances, sketch).paint();
 }
 
+double drawnLength(const db::MlineData& mline, std::size_t element) {
+  if (mline.vertices.empty()) return 0;
+  DisplayList list;
+  Sketch sketch(list, geom::Transform());
+  ElementTracer(sketch, 0).trace(mline, element);
+  double length = 0;
+  for (const Primitive& primitive : list.primitives) {
+    const auto& [points, isClosed, isCurve] = std::get<Polyline>(primitive.shape);
+    for (std::size_t i = 1; i < points.size(); ++i) length += points[i - 1].distanceTo(points[i]);
+    if (isClosed) length += points.back().distanceTo(points.front());
+  }
+  return length;
+}
+
 void MlineExtents::addOffset(double offset) {
   m_miterPoint = m_position + m_miter * offset;
   m_ring.box.add(m_miterPoint);

@@ -23,6 +23,9 @@ struct MlineAppearances {
 void drawMline(const db::MlineData& mline, const db::MlineStyleData& style, const MlineAppearances& appearances,
                Sketch& sketch);
 
+/// Length of all that is drawn of one element, gaps left out; 0 for one that the multiline does not have.
+double drawnLength(const db::MlineData& mline, std::size_t element);
+
 /// What of a multiline can have caps.
 struct MlineEnds {
   bool canHaveStartCaps = true, canHaveEndCaps = true;

@@ -18,9 +18,17 @@ void Sketch::line(const KdGePoint3d& from, const KdGePoint3d& to, std::uint32_t 
 }
 
 void Sketch::polyline(std::vector<KdGePoint3d> points, bool isClosed, std::uint32_t appearance) {
-  for (KdGePoint3d& p : points) p = m_toWorld(p);
-  if (points.empty() || !areFinite(points)) return;
-  m_list.primitives.push_back({Polyline{std::move(points), isClosed}, appearance});
+  add({std::move(points), isClosed}, appearance);
+}
+
+void Sketch::curve(std::vector<KdGePoint3d> points, std::uint32_t appearance) {
+  add({std::move(points), false, true}, appearance);
+}
+
+void Sketch::add(Polyline polyline, std::uint32_t appearance) {
+  for (KdGePoint3d& p : polyline.points) p = m_toWorld(p);
+  if (polyline.points.empty() || !areFinite(polyline.points)) return;
+  m_list.primitives.push_back({std::move(polyline), appearance});
 }
 
 void Sketch::arc(const Arc& arc, std::uint32_t appearance) {

@@ -20,6 +20,8 @@ class Sketch {
   void line(const KdGePoint3d& from, const KdGePoint3d& to, std::uint32_t appearance);
   /// Nothing for an empty list.
   void polyline(std::vector<KdGePoint3d> points, bool isClosed, std::uint32_t appearance);
+  /// Points along an open curve; nothing for an empty list.
+  void curve(std::vector<KdGePoint3d> points, std::uint32_t appearance);
   void arc(const Arc& arc, std::uint32_t appearance);
   /// Loops of fewer than three points are passed over.
   void fill(std::vector<std::vector<KdGePoint3d>> loops, std::uint32_t appearance);
@@ -30,6 +32,8 @@ class Sketch {
   DisplayList& list() const { return m_list; }
 
  private:
+  void add(Polyline polyline, std::uint32_t appearance);
+
   DisplayList& m_list;
   geom::Transform m_toWorld;
 };

@@ -3,134 +3,16 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <vector>
+
+#include "view/flat_shapes.h"
 
 namespace torva::view {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kTurn = 2 * std::numbers::pi;
-/// Axes of an ellipse that differ by less than this share make a circle.
-constexpr double kCircleTolerance = 1e-12;
 /// What lies beyond the border of a window by this share of its coordinates counts as within: it is rounding.
 constexpr double kBorderTolerance = 1e-12;
-
-/// In the plane of the view, from the middle of the square or window.
-struct Point2 {
-  double x = 0, y = 0;
-
-  Point2 operator-(const Point2& p) const { return {x - p.x, y - p.y}; }
-  double length() const { return std::hypot(x, y); }
-};
-
-double dot(const Point2& a, const Point2& b) {
-  return a.x * b.x + a.y * b.y;
-}
-double cross(const Point2& a, const Point2& b) {
-  return a.x * b.y - a.y * b.x;
-}
-
-/// Distance of the origin from a segment.
-double segmentDistance(const Point2& a, const Point2& b) {
-  const Point2 along = b - a;
-  const double squared = dot(along, along), share = -dot(a, along);
-  if (share <= 0 || squared == 0) return a.length();
-  if (share >= squared) return b.length();
-  return std::abs(cross(a, along)) / std::sqrt(squared);
-}
-
-/// Narrows the part [from, to] of a segment to where one coordinate is at most `half`; false when it is nowhere.
-bool clip(double start, double step, double half, double& from, double& to) {
-  if (step == 0) return std::abs(start) <= half;
-  const double a = (-half - start) / step, b = (half - start) / step;
-  from = std::max(from, std::min(a, b));
-  to = std::min(to, std::max(a, b));
-  return from <= to;
-}
-
-/// `half` holds half the width and height of the square or window.
-bool segmentMeets(const Point2& a, const Point2& b, const Point2& half) {
-  double from = 0, to = 1;
-  return clip(a.x, b.x - a.x, half.x, from, to) && clip(a.y, b.y - a.y, half.y, from, to);
-}
-
-bool isWithin(const Point2& p, const Point2& half) {
-  return std::abs(p.x) <= half.x && std::abs(p.y) <= half.y;
-}
-
-/// An elliptical arc seen in the view.
-struct Arc2 {
-  Point2 center, xAxis, yAxis;
-  double startRad, sweepRad;
-
-  Point2 at(double angle) const {
-    const double c = std::cos(angle), s = std::sin(angle);
-    return {center.x + xAxis.x * c + yAxis.x * s, center.y + xAxis.y * c + yAxis.y * s};
-  }
-
-  bool holds(double angle) const {
-    const double offset = angle - std::min(startRad, startRad + sweepRad);
-    return offset - kTurn * std::floor(offset / kTurn) <= std::abs(sweepRad);
-  }
-
-  bool isCircle() const {
-    const double x = dot(xAxis, xAxis), y = dot(yAxis, yAxis);
-    return std::abs(x - y) <= kCircleTolerance * x && std::abs(dot(xAxis, yAxis)) <= kCircleTolerance * x;
-  }
-
-  bool meets(const Point2& half) const {
-    if (isWithin(at(startRad), half) || isWithin(at(startRad + sweepRad), half)) return true;
-    for (const double side : {-1.0, 1.0}) {
-      if (crosses(xAxis.x, yAxis.x, side * half.x - center.x, half) ||
-          crosses(xAxis.y, yAxis.y, side * half.y - center.y, half))
-        return true;
-    }
-    return false;
-  }
-
-  double distance() const {
-    const double ends = std::min(at(startRad).length(), at(startRad + sweepRad).length());
-    return std::min(ends, isCircle() ? circleDistance() : ellipseDistance());
-  }
-
- private:
-  /// Whether the arc meets one side: solves a cos t + b sin t = target.
-  bool crosses(double a, double b, double target, const Point2& half) const {
-    const double size = std::hypot(a, b);
-    if (size < std::abs(target) || size == 0) return false;
-    const double middle = std::atan2(b, a), spread = std::acos(target / size);
-    const Point2 allowed{half.x * (1 + kBorderTolerance), half.y * (1 + kBorderTolerance)};
-    return (holds(middle + spread) && isWithin(at(middle + spread), allowed)) ||
-           (holds(middle - spread) && isWithin(at(middle - spread), allowed));
-  }
-
-  double circleDistance() const {
-    const double angle = std::atan2(-dot(center, yAxis), -dot(center, xAxis));
-    return holds(angle) ? std::abs(center.length() - xAxis.length()) : kInfinity;
-  }
-
-  double ellipseDistance() const {
-    constexpr int kSamples = 128, kRefinements = 60;
-    int best = 0;
-    double least = kInfinity;
-    for (int i = 0; i <= kSamples; ++i) {
-      const double distance = at(startRad + sweepRad * i / kSamples).length();
-      if (distance < least) least = distance, best = i;
-    }
-    double from = startRad + sweepRad * std::max(best - 1, 0) / kSamples;
-    double to = startRad + sweepRad * std::min(best + 1, kSamples) / kSamples;
-    for (int i = 0; i < kRefinements; ++i) {
-      const double third = (to - from) / 3;
-      if (at(from + third).length() < at(to - third).length()) {
-        to -= third;
-      } else {
-        from += third;
-      }
-    }
-    return std::min(least, at((from + to) / 2).length());
-  }
-};
 
 class HitTest {
  public:

@@ -99,6 +99,8 @@ class Picker::Index {
     return changes;
   }
 
+  const db::Database& database() const { return m_database; }
+
   geom::Box3 extents() {
     current();
     if (!m_extents) {
@@ -197,6 +199,13 @@ std::vector<dxf::RecordId> Picker::pickAll(const PickWindow& window, WindowRule 
   return found;
 }
 
+std::vector<dxf::RecordId> Picker::candidates(const PickWindow& window, const View& view) {
+  std::vector<dxf::RecordId> found;
+  forEachNear(m_index->current(), m_drawer, window, view, [&](dxf::RecordId entity) { found.push_back(entity); });
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
 std::vector<dxf::RecordId> Picker::query(const geom::Box3& boxWcs) {
   std::vector<dxf::RecordId> found;
   if (boxWcs.isEmpty()) return found;
@@ -240,6 +249,10 @@ geom::Box3 Picker::extents() {
 
 const draw::Drawer& Picker::drawer() const {
   return m_drawer;
+}
+
+const db::Database& Picker::database() const {
+  return m_index->database();
 }
 
 }  // namespace torva::view

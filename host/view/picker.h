@@ -36,6 +36,9 @@ class TORVA_API Picker {
   /// The entities of which the whole, or a part, lies in a window, in drawing order.
   std::vector<dxf::RecordId> pickAll(const PickWindow& window, WindowRule rule, const View& view);
 
+  /// The entities that may show something in a window, in drawing order.
+  std::vector<dxf::RecordId> candidates(const PickWindow& window, const View& view);
+
   /// Entities whose boxes meet a box of world coordinates (x and y count), in drawing order.
   std::vector<dxf::RecordId> query(const geom::Box3& boxWcs);
 
@@ -55,6 +58,7 @@ class TORVA_API Picker {
   geom::Box3 extents();
 
   const draw::Drawer& drawer() const;
+  const db::Database& database() const;
 
  private:
   class TORVA_INTERNAL Index;

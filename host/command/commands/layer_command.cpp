@@ -1,13 +1,11 @@
 #include "command/commands/layer_command.h"
 
 #include <algorithm>
-#include <array>
 #include <functional>
-#include <optional>
 
-#include "base/numbers.h"
 #include "base/text.h"
 #include "base/wildcard.h"
+#include "command/color_text.h"
 #include "command/confirmation.h"
 #include "command/editor.h"
 #include "command/session.h"
@@ -18,10 +16,6 @@
 namespace torva::command {
 
 namespace {
-
-constexpr int kLargestColor = 255;
-constexpr std::array<std::wstring_view, 7> kColorNames = {L"red",  L"yellow",  L"green", L"cyan",
-                                                          L"blue", L"magenta", L"white"};
 
 using Change = std::function<void(db::LayerData&)>;
 
@@ -70,22 +64,6 @@ std::vector<dxf::RecordId> layersIn(Editor& editor, const std::wstring& list) {
   return found;
 }
 
-std::wstring shownColor(const KdCmColor& color) {
-  const int index = color.colorIndex();
-  if (color.isTrueColor()) return L"true color " + wideFromUtf8(formatHandle(color.rgb()));
-  const bool hasName = index >= 1 && index <= static_cast<int>(kColorNames.size());
-  return std::to_wstring(index) +
-         (hasName ? L" (" + std::wstring(kColorNames[static_cast<std::size_t>(index - 1)]) + L")" : L"");
-}
-
-/// The index of a layer's color by number or name; nothing for another text.
-std::optional<int> colorOf(const std::wstring& text) {
-  const auto* name = std::ranges::find_if(kColorNames, [&](std::wstring_view n) { return equalsIgnoringCase(n, text); });
-  if (name != kColorNames.end()) return static_cast<int>(name - kColorNames.begin()) + 1;
-  const auto index = parseInteger(utf8FromWide(text));
-  return index && *index >= 1 && *index <= kLargestColor ? std::optional(static_cast<int>(*index)) : std::nullopt;
-}
-
 // Every option gives the status of its last question.
 
 int askNames(Editor& editor, const std::wstring& prompt, std::wstring& names) {
@@ -100,8 +78,8 @@ int list(Editor& editor) {
   for (const dxf::RecordId record : layersIn(editor, names)) {
     const db::LayerData layer = layerAt(editor, record);
     editor.print(L"  " + layer.name + (layer.isOff ? L"  off" : L"  on") + (layer.isFrozen ? L", frozen" : L"") +
-                 (layer.isLocked ? L", locked" : L"") + L", color " + shownColor(layer.color) + L", linetype " +
-                 layer.linetype + (isCurrent(editor, layer) ? L", current" : L""));
+                 (layer.isLocked ? L", locked" : L"") + L", color " + shown(layer.color) + L", linetype " + layer.linetype +
+                 (isCurrent(editor, layer) ? L", current" : L""));
   }
   return status;
 }
@@ -194,15 +172,18 @@ int askAndChangeOrCurrent(Editor& editor, const std::wstring& what, const Change
 
 int askColor(Editor& editor) {
   std::wstring text;
-  const int status = askNames(editor, L"Enter color name or number (1-255): ", text);
+  const int status = askNames(editor, L"Enter color name, number (1-255) or r,g,b: ", text);
   if (status != kKdInputNormal) return status;
-  const auto index = colorOf(text);
-  if (!index) {
-    refuse(editor, ErrorCode::invalidValue, inQuotes(text) + L" is no color of a layer: a number from 1 to 255 or a name");
+  const auto color = colorFor(editor.database(), text);
+  if (!color) {
+    editor.report(color.error(), Fault::script);
     return status;
   }
-  const KdCmColor color = KdCmColor::byIndex(*index);
-  return askAndChangeOrCurrent(editor, L"color " + shownColor(color), [&](db::LayerData& layer) { layer.color = color; });
+  if (color->isByLayer() || color->isByBlock()) {
+    refuse(editor, ErrorCode::invalidValue, inQuotes(text) + L" is no color of a layer");
+    return status;
+  }
+  return askAndChangeOrCurrent(editor, L"color " + shown(*color), [&](db::LayerData& layer) { layer.color = *color; });
 }
 
 void listLinetypes(Editor& editor) {

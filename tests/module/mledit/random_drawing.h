@@ -74,9 +74,10 @@ class RandomDrawing : public Drawing {
     torva::draw::Drawer(database).draw(database.file().find(handle), list);
     Ink ink{m_frame.tolerance(), {}};
     for (const torva::draw::Primitive& primitive : list.primitives) {
-      const auto& [points, isClosed] = std::get<torva::draw::Polyline>(primitive.shape);
+      const auto& polyline = std::get<torva::draw::Polyline>(primitive.shape);
+      const auto& points = polyline.points;
       const int element = static_cast<int>(list.appearances[primitive.appearance].rgb) - 1;
-      for (std::size_t i = 0; i + (isClosed ? 0 : 1) < points.size(); ++i) {
+      for (std::size_t i = 0; i + (polyline.isClosed ? 0 : 1) < points.size(); ++i) {
         addPiece(ink, sketch, element, m_frame.plane.toUser(points[i]),
                  m_frame.plane.toUser(points[(i + 1) % points.size()]));
       }

@@ -1,0 +1,323 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "command/selection.h"
+#include "command/selection_summary.h"
+#include "db/layers.h"
+#include "support/drawing_text.h"
+#include "test_editor.h"
+
+namespace torva::command {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// Two lines, an old polyline with vertices on its layer and on another, and two multilines, the second on a locked layer.
+std::unique_ptr<db::Database> drawing(const std::string& version) {
+  const auto mline = [](const std::string& handle, const std::string& layer, const std::string& flags) {
+    const auto vertex = [](const char* x, const char* y, const char* axis, const char* miter) {
+      return std::string("11 ") + x + "\n21 " + y + "\n12 " + axis + "\n13 " + miter +
+             "\n74 4\n41 0.5\n41 0\n41 2\n41 5\n75 0\n74 2\n41 -0.5\n41 0\n75 0\n";
+    };
+    return "0 MLINE\n5 " + handle + "\n100 AcDbEntity\n8 " + layer + "\n100 AcDbMline\n2 STANDARD\n40 20\n70 1\n71 " +
+           flags + "\n72 3\n73 2\n" + vertex("0", "0", "1\n22 0", "0\n23 1") + vertex("10", "0", "0\n22 1", "-1\n23 1") +
+           vertex("10", "10", "0\n22 1", "-1\n23 0");
+  };
+  const std::string text = test::groupsFrom("0 SECTION\n2 HEADER\n9 $ACADVER\n1 " + version + R"(
+    0 ENDSEC
+    0 SECTION
+    2 TABLES
+    0 TABLE
+    2 LTYPE
+    0 LTYPE
+    2 Dashed
+    0 ENDTAB
+    0 TABLE
+    2 LAYER
+    0 LAYER
+    2 0
+    0 LAYER
+    2 Walls
+    62 3
+    0 LAYER
+    2 Fixed
+    70 4
+    0 ENDTAB
+    0 ENDSEC
+    0 SECTION
+    2 ENTITIES
+    0 LINE
+    5 A1
+    100 AcDbEntity
+    8 0
+    62   1
+    370 25
+    100 AcDbLine
+    10 0
+    20 50
+    11 9
+    21 50
+    0 LINE
+    5 A2
+    100 AcDbEntity
+    8 0
+    6 dashed
+    420 16711680
+    62   1
+    100 AcDbLine
+    10 0
+    20 60
+    11 9
+    21 60
+    0 POLYLINE
+    5 A3
+    8 0
+    66 1
+    0 VERTEX
+    5 A4
+    8 0
+    10 0
+    20 70
+    0 VERTEX
+    5 A5
+    8 WALLS
+    10 9
+    20 70
+    0 SEQEND
+    5 A6
+    8 0
+)" + mline("A7", "0", "1") + mline("A8", "Fixed", "3") +
+                                            "0 ENDSEC\n0 EOF");
+  std::vector<dxf::Finding> findings;
+  auto opened = db::Database::fromBytes(text, "properties", dxf::DamagePolicy::recover, findings);
+  return opened ? std::move(*opened) : nullptr;
+}
+
+class PropertiesTest : public testing::Test {
+ protected:
+  void open(const std::string& version = "AC1018") {
+    test.editor.setDatabase(drawing(version));
+    before = test.editor.database().file().toBytes();
+    test.faults.clear();
+  }
+  std::vector<std::string> changes() { return test::difference(before, test.editor.database().file().toBytes()); }
+  dxf::RecordId at(dxf::Handle handle) { return test.editor.database().file().find(handle); }
+
+  TestEditor test;
+  std::string before;
+};
+
+using Chprop = PropertiesTest;
+using Summary = PropertiesTest;
+using PickFirst = PropertiesTest;
+
+TEST_F(Chprop, WritesTheGroupsThatChangeAndNoOthers) {
+  const struct {
+    const char* answers;
+    std::vector<std::string> changes;
+  } rows[] = {
+      {"#A1:0,0 \"\" C red", {}},
+      {"#A1:0,0 \"\" C 30", {"-62   1", "+62     30"}},
+      {"#A1:0,0 \"\" C BYBLOCK c bylayer", {"-62   1", "+62    256"}},
+      {"#A1:0,0 \"\" C 255,128,0", {"+420  16744448"}},
+      {"#A2:0,0 \"\" C 255,0,0", {}},
+      {"#A2:0,0 \"\" color blue", {"-420 16711680", "-62   1", "+62      5"}},
+      {"#A2:0,0 \"\" LT DASHED LT bylayer", {"-6 dashed", "+6 BYLAYER"}},
+      {"#A1:0,0 \"\" LT DASHED", {"+6 Dashed"}},
+      {"#A1:0,0 #A2:0,0 \"\" LW 0.25", {"+370     25"}},
+      {"#A1:0,0 \"\" LW bylayer", {"-370 25", "+370     -1"}},
+      {"#A3:0,0 \"\" LA walls C 2", {"-8 0", "+8 Walls", "+62      2", "-8 0", "+8 Walls", "-8 0", "+8 Walls"}},
+      {"ALL \"\" LA \"\"", {}},
+      {"#A7:0,0 \"\" LA Walls LW 2.11", {"-8 0", "+8 Walls", "+370    211"}},
+      {"#A1:0,0 \"\" C 3 ^C", {}},
+      {"#A1:0,0 \"\" C 3 LA ^C", {}},
+  };
+  for (const auto& row : rows) {
+    open();
+    test.run(std::string("CHPROP ") + row.answers + " \"\"");
+    EXPECT_EQ(changes(), row.changes) << row.answers;
+    test.run("U");
+    EXPECT_THAT(changes(), IsEmpty()) << row.answers;
+    EXPECT_EQ(test.faults.size(), row.answers[0] == 'A' ? 1u : 0u) << row.answers << ": the locked layer";
+  }
+}
+
+TEST_F(Chprop, NamesWhatItCannotDoAndGoesOn) {
+  const struct {
+    const char* answers;
+    const char* fault;
+    const char* version = "AC1018";
+  } rows[] = {
+      {"LA gate", "there is no layer \"gate\""},
+      {"LA W*", "there is no layer \"W*\""},
+      {"LT dots", "the linetype \"dots\" is not in the drawing"},
+      {"C mauve", "\"mauve\" is no color"},
+      {"C 0", "\"0\" is no color"},
+      {"C 256", "\"256\" is no color"},
+      {"C 1,2", "\"1,2\" is no color"},
+      {"C 1,2,256", "\"1,2,256\" is no color"},
+      {"C 1,2,3,4", "\"1,2,3,4\" is no color"},
+      {"C 1,2,3", "drawings before R2004 hold no colors by r,g,b", "AC1015"},
+      {"LW 0.26", "\"0.26\" is no line weight"},
+      {"LW -1", "\"-1\" is no line weight"},
+      {"LW 0.25", "drawings before R2000 hold no line weights", "AC1009"},
+  };
+  for (const auto& row : rows) {
+    open(row.version);
+    EXPECT_EQ(test.run(std::string("CHPROP #A1:0,0 \"\" ") + row.answers + " \"\""), Fault::script) << row.answers;
+    ASSERT_EQ(test.faults.size(), 1u) << row.answers;
+    EXPECT_THAT(test.faults.front(), HasSubstr(row.fault)) << row.answers;
+    EXPECT_THAT(changes(), IsEmpty()) << row.answers;
+  }
+  open();
+  test.run("CHPROP #A1:0,0 \"\" LA gate LA walls \"\"");
+  EXPECT_THAT(changes(), ElementsAre("-8 0", "+8 Walls"));
+}
+
+TEST_F(Chprop, OffersWhatTheEntitiesHaveInCommon) {
+  open();
+  test.run("CHPROP #A1:0,0 #A2:0,0 \"\" C \"\" LA \"\" LT \"\" LW \"\" C 7 C \"\" LW 0.5 LW ^C");
+  for (const wchar_t* shown : {L"BYBLOCK) <varies>: ", L"New layer <0>: ", L"New linetype <varies>: ",
+                               L"DEFAULT) <varies>: ", L"BYBLOCK) <7 (white)>: ", L"DEFAULT) <0.5>: "}) {
+    EXPECT_THAT(test.output, HasSubstr(shown));
+  }
+}
+
+TEST_F(Summary, TellsWhatIsCommonAndMeasuresMultilines) {
+  open();
+  const SelectionSummary lines = summaryOf(test.editor.database(), {at(0xA1), at(0xA2)});
+  ASSERT_EQ(lines.types.size(), 1u);
+  EXPECT_EQ(lines.types[0].type + std::to_wstring(lines.types[0].count), L"LINE2");
+  EXPECT_EQ(lines.layer, L"0");
+  EXPECT_FALSE(lines.color || lines.linetype || lines.lineWeight);
+  EXPECT_EQ(lines.mlines.count, 0u);
+
+  const SelectionSummary one = summaryOf(test.editor.database(), {at(0xA7)});
+  EXPECT_TRUE(one.color && one.color->isByLayer());
+  EXPECT_EQ(one.linetype, L"BYLAYER");
+  EXPECT_EQ(one.mlines.style, L"STANDARD");
+  EXPECT_EQ(one.mlines.scale, 20);
+  EXPECT_EQ(one.mlines.justification, KdMlineJustification::zero);
+  EXPECT_EQ(one.mlines.isClosed, false);
+  EXPECT_EQ(one.mlines.pathLength, 20);
+  // 0 to 2 and 5 to the corner at 9.5, then 0 to 2 and 5 to the end at 9.5; the other one is drawn whole.
+  EXPECT_THAT(one.mlines.drawnLengths, ElementsAre(2 + 4.5 + 2 + 4.5, 10.5 + 10.5));
+
+  const SelectionSummary both = summaryOf(test.editor.database(), {at(0xA7), at(0xA1), at(0xA8)});
+  EXPECT_EQ(both.types.size(), 2u);
+  EXPECT_FALSE(both.layer);
+  EXPECT_EQ(both.mlines.scale, 20);
+  EXPECT_FALSE(both.mlines.isClosed);
+  EXPECT_DOUBLE_EQ(both.mlines.pathLength, 20 + 20 + std::sqrt(200.0));
+  EXPECT_FALSE(summaryOf(test.editor.database(), {}).layer);
+}
+
+TEST_F(Summary, DrawnLengthsAreThoseOfTheLinesThatExplodeMakes) {
+  open();
+  const std::vector<double> drawn = summaryOf(test.editor.database(), {at(0xA7)}).mlines.drawnLengths;
+  ASSERT_EQ(drawn.size(), 2u);
+  test.run("EXPLODE #A7:0,0 \"\"");
+  double sum = 0;
+  std::size_t lines = 0;
+  test.editor.database().forEachEntity([&](dxf::RecordId entity) {
+    const dxf::DrawingFile& file = test.editor.database().file();
+    if (file.type(entity) != dxf::RecordType::line || file.handle(entity) <= 0xA8) return;
+    double from[2] = {}, to[2] = {};
+    for (const dxf::Group& group : file.groups(entity)) {
+      if (group.code == 10 || group.code == 20) from[group.code / 10 - 1] = group.realOr(0);
+      if (group.code == 11 || group.code == 21) to[group.code / 10 - 1] = group.realOr(0);
+    }
+    sum += std::hypot(to[0] - from[0], to[1] - from[1]);
+    ++lines;
+  });
+  EXPECT_EQ(lines, 6u);
+  EXPECT_DOUBLE_EQ(sum, drawn[0] + drawn[1]);
+}
+
+TEST_F(PickFirst, IsTakenWithoutAQuestion) {
+  open();
+  test.editor.setPickedFirst({at(0xA8), at(0xA2), at(0xA1), at(0xA2)});
+  EXPECT_THAT(test.editor.pickedFirst(), ElementsAre(at(0xA1), at(0xA2), at(0xA8)));
+  test.run("ZOOM 2\nORTHOMODE 1\nUCS W");
+  EXPECT_EQ(test.editor.pickedFirst().size(), 3u) << "neither views nor settings change what is drawn";
+  test.output.clear();
+  EXPECT_EQ(test.run("CHPROP C 4 \"\""), Fault::script);
+  EXPECT_THAT(test.output, HasSubstr(L"3 found\n"));
+  EXPECT_EQ(test.output.find(L"Select objects"), std::wstring::npos);
+  EXPECT_THAT(test.faults, ElementsAre(HasSubstr("1 entity is on a locked layer")));
+  EXPECT_THAT(test.editor.pickedFirst(), IsEmpty());
+  test.run("ERASE P \"\"");
+  EXPECT_TRUE(test.editor.database().file().isErased(at(0xA1)));
+}
+
+TEST_F(PickFirst, IsForgottenWhenItIsUsedOrWhatIsDrawnChanges) {
+  for (const char* script : {"MOVE ^C", "LINE 0,0 1,1 \"\"", "U", "LAYER OFF Walls \"\"", "NEW Y", "COPY 0,0 1,1"}) {
+    open();
+    test.run("CHPROP #A3:0,0 \"\" C 4 \"\"");
+    test.editor.setPickedFirst({at(0xA1)});
+    test.run(script);
+    EXPECT_THAT(test.editor.pickedFirst(), IsEmpty()) << script;
+  }
+  open();
+  test.editor.setPickedFirst({at(0xA1), at(0xA2)});
+  test.editor.database().setErased(at(0xA1), true);
+  EXPECT_THAT(test.editor.pickedFirst(), ElementsAre(at(0xA2)));
+  test.ask = [](Editor& editor) {
+    selectObjects(editor, SelectionUse::read);
+    selectObjects(editor, SelectionUse::read);
+  };
+  test.output.clear();
+  test.run("ASK L \"\"");
+  EXPECT_THAT(test.output, HasSubstr(L"1 found\nSelect objects: L\n1 found\n")) << "the second question is asked";
+}
+
+TEST_F(PickFirst, FollowsClicksAndWindows) {
+  open();
+  test.editor.view().set({5, 55, 0}, 100);
+  EXPECT_TRUE(pickFirstAt(test.editor, {5, 50, 0}, Choice::add));
+  EXPECT_FALSE(pickFirstAt(test.editor, {5, 55, 0}, Choice::add));
+  EXPECT_THAT(test.editor.pickedFirst(), ElementsAre(at(0xA1)));
+  pickFirstIn(test.editor, {10, 71, 0}, {-1, 59, 0}, view::WindowRule::whole, Choice::add);
+  EXPECT_THAT(test.editor.pickedFirst(), ElementsAre(at(0xA1), at(0xA2), at(0xA3)));
+  pickFirstIn(test.editor, {4, 49, 0}, {5, 61, 0}, view::WindowRule::whole, Choice::remove);
+  EXPECT_EQ(test.editor.pickedFirst().size(), 3u);
+  pickFirstIn(test.editor, {4, 49, 0}, {5, 61, 0}, view::WindowRule::part, Choice::remove);
+  EXPECT_THAT(test.editor.pickedFirst(), ElementsAre(at(0xA3)));
+}
+
+TEST(OrthoPoint, FollowsTheLongerWay) {
+  const KdGePoint3d base{1, 2, 5};
+  const struct {
+    KdGePoint3d cursor, expected;
+  } rows[] = {
+      {{9, 4, 0}, {9, 2, 5}}, {{-7, 9, 0}, {-7, 2, 5}}, {{3, -9, 0}, {1, -9, 5}}, {{4, 5, 0}, {4, 2, 5}}, {base, base}};
+  for (const auto& row : rows) EXPECT_EQ(orthoPoint(base, row.cursor).distanceTo(row.expected), 0) << row.cursor.x;
+}
+
+TEST_F(PropertiesTest, LayersAreListedAndChangedInOneLineEach) {
+  open();
+  const auto states = [&] {
+    std::wstring text;
+    for (const db::LayerData& layer : db::readLayers(test.editor.database())) {
+      text += layer.name + L":" + (layer.isOff ? L"o" : L"") + (layer.isFrozen ? L"f" : L"") +
+              (layer.isLocked ? L"l" : L"") + std::to_wstring(layer.color.colorIndex()) + L" ";
+    }
+    return text;
+  };
+  EXPECT_EQ(states(), L"0:7 Walls:3 Fixed:l7 ");
+  for (const char* line : {"OFF Walls", "F Fixed", "LO Walls", "U Fixed", "C 9 Walls", "N \"two words\"", "OFF 0 Y"}) {
+    EXPECT_EQ(test.run(std::string("LAYER ") + line + " \"\""), Fault::none) << line;
+  }
+  EXPECT_EQ(states(), L"0:o7 Walls:ol9 Fixed:f7 two words:7 ");
+  for (const char* line : {"ON 0,Walls", "T Fixed", "U Walls", "S \"two words\"", "C 0,255,0 Fixed"}) {
+    EXPECT_EQ(test.run(std::string("LAYER ") + line + " \"\""), Fault::none) << line;
+  }
+  EXPECT_EQ(states(), L"0:7 Walls:9 Fixed:3 two words:7 ");
+  EXPECT_EQ(std::get<std::wstring>(*test.editor.variable(L"CLAYER")), L"two words");
+  EXPECT_EQ(test.run("LAYER C BYLAYER \"\""), Fault::script);
+}
+
+}  // namespace
+}  // namespace torva::command
