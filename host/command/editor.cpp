@@ -37,7 +37,7 @@ Editor::~Editor() {
   m_variables.setDrawing(nullptr);
 }
 
-void Editor::setDatabase(std::unique_ptr<db::Database> database) {
+void Editor::setDatabase(std::unique_ptr<db::Database> database, std::unique_ptr<view::Picker> picker) {
   m_picker.reset();
   m_view.reset();
   m_session->userPlane.reset();
@@ -48,6 +48,7 @@ void Editor::setDatabase(std::unique_ptr<db::Database> database) {
   m_session->currentDatabase.emplace(*database);
   m_variables.setDrawing(database.get());
   m_database = std::move(database);
+  m_picker = std::move(picker);
 }
 
 view::View& Editor::view() {
@@ -67,12 +68,20 @@ void Editor::setViewport(int widthPx, int heightPx) {
 }
 
 Result<void> Editor::openDrawing(const std::string& path) {
-  std::vector<dxf::Finding> findings;
-  auto database = db::Database::open(path, m_fileHandling.damagePolicy, findings);
-  m_hasOpeningFailed = !database;
-  if (!database) return tl::unexpected(database.error());
-  warnOf(findings, path, (*database)->file().form());
-  setDatabase(std::move(*database));
+  return open({path, m_fileHandling.damagePolicy});
+}
+
+Result<void> Editor::openCopy(const std::string& path, const dxf::FileOrigin& original) {
+  return open({path, dxf::DamagePolicy::recover, original});
+}
+
+Result<void> Editor::open(const OpeningRequest& request) {
+  auto opened = m_opener(request);
+  const bool isCancelled = !opened && opened.error().code == ErrorCode::cancelled;
+  if (!isCancelled) m_hasOpeningFailed = !opened;
+  if (!opened) return tl::unexpected(opened.error());
+  warnOf(opened->findings, request.path, opened->database->file().form());
+  setDatabase(std::move(opened->database), std::move(opened->picker));
   return {};
 }
 
@@ -99,6 +108,10 @@ Result<void> Editor::saveDrawing(const std::string& path, ChangedFile changedFil
 
 bool Editor::hasUnsavedChanges() const {
   return m_database->file().isModified();
+}
+
+bool Editor::isChangedOnDisk() const {
+  return !m_database->file().isUnchangedOnDisk();
 }
 
 Fault Editor::run(InputSource& source, OnFault onFault) {

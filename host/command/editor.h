@@ -9,6 +9,7 @@
 #include "base/result.h"
 #include "command/command_stack.h"
 #include "command/input_source.h"
+#include "command/opening.h"
 #include "command/plotter.h"
 #include "command/user_plane.h"
 #include "db/database.h"
@@ -57,7 +58,8 @@ class TORVA_API Editor {
   /// The drawing that commands work on; a new one from the start, never null.
   db::Database& database() { return *m_database; }
   /// Replaces the drawing; what was changed in the former one is lost. Requires: no object of the former is in use.
-  void setDatabase(std::unique_ptr<db::Database> database);
+  /// @param picker one in that drawing; null: it is made when first asked for
+  void setDatabase(std::unique_ptr<db::Database> database, std::unique_ptr<view::Picker> picker = nullptr);
   db::SystemVariables& variables() { return m_variables; }
   /// Reads a system variable as SystemVariables::get() does, those that follow from the view included.
   Result<db::VariableValue> variable(std::wstring_view name);
@@ -72,12 +74,21 @@ class TORVA_API Editor {
   /// Opens a drawing in place of the present one, which stays when that fails. What was mended is reported as warnings.
   /// Errors are those of dxf::DrawingFile::open().
   Result<void> openDrawing(const std::string& path);
+  /// The same for a copy of an unsaved drawing: it is opened, damaged or not, as that drawing, modified.
+  Result<void> openCopy(const std::string& path, const dxf::FileOrigin& original);
+  /// How drawings are got from now on; at first by openDatabase(). A program with a window does it with an OpeningThread
+  /// while its events are handled.
+  void setOpener(DrawingOpener opener) { m_opener = std::move(opener); }
   /// Puts a new, empty drawing in place of the present one.
   void beginNewDrawing();
   /// Saves the drawing; errors are those of dxf::DrawingFile::save().
   Result<void> saveDrawing(const std::string& path, ChangedFile changedFile = ChangedFile::keep);
   bool hasUnsavedChanges() const;
-  /// Whether the last drawing asked for could not be opened, so that the present one is not what was meant.
+  /// Whether another program has changed or removed the drawing's file since it was opened or saved. Looks at the file's
+  /// folder entry alone, so that it may be asked often.
+  bool isChangedOnDisk() const;
+  /// Whether the last drawing asked for could not be opened, so that the present one is not what was meant. One whose
+  /// opening was cancelled leaves that as it was.
   bool hasOpeningFailed() const { return m_hasOpeningFailed; }
 
   /// Runs what a source says until it ends or QUIT is given. Faults are reported with the source's name and line.
@@ -151,6 +162,7 @@ class TORVA_API Editor {
  private:
   class Session;  // state of the dialogue with the user
 
+  Result<void> open(const OpeningRequest& request);
   void execute(const std::wstring& name);
   void runCommand(const Command& command);
   void endPickedFirst(std::size_t changesSeen);
@@ -166,6 +178,7 @@ class TORVA_API Editor {
   CommandStack& m_commands;
   db::SystemVariables m_variables;
   FileHandling m_fileHandling;
+  DrawingOpener m_opener = [](const OpeningRequest& request) { return openDatabase(request); };
   bool m_hasOpeningFailed = false;
   int m_widthPx = 1000, m_heightPx = 1000;
   std::unique_ptr<db::Database> m_database;

@@ -25,8 +25,8 @@ std::uint32_t nextSerial() {
 }  // namespace
 
 Result<std::unique_ptr<Database>> Database::open(const std::string& path, dxf::DamagePolicy policy,
-                                                 std::vector<dxf::Finding>& findings) {
-  auto file = dxf::DrawingFile::open(path, policy, findings);
+                                                 std::vector<dxf::Finding>& findings, const Progress& progress) {
+  auto file = dxf::DrawingFile::open(path, policy, findings, progress);
   if (!file) return tl::unexpected(std::move(file.error()));
   return std::unique_ptr<Database>(new Database(std::move(*file)));
 }

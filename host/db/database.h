@@ -36,9 +36,10 @@ struct OpenObject {
 /// multiline styles and dictionaries are changed through their objects alone.
 class TORVA_API Database final : public KdDbDatabase {
  public:
-  /// Opens a drawing file; errors and findings are those of dxf::DrawingFile::open().
+  /// Opens a drawing file; errors and findings are those of dxf::DrawingFile::open(). Any thread may do so and hand the
+  /// drawing to another one.
   static Result<std::unique_ptr<Database>> open(const std::string& path, dxf::DamagePolicy policy,
-                                                std::vector<dxf::Finding>& findings);
+                                                std::vector<dxf::Finding>& findings, const Progress& progress = {});
   static Result<std::unique_ptr<Database>> fromBytes(std::string bytes, const std::string& name, dxf::DamagePolicy policy,
                                                      std::vector<dxf::Finding>& findings);
   /// A new, empty drawing.

@@ -5,10 +5,17 @@
 
 namespace torva::dxf {
 
-ScanEnd scanBinary(std::string_view content, std::size_t from, BinaryCodes codes, Outline& outline) {
+ScanEnd scanBinary(std::string_view content, std::size_t from, BinaryCodes codes, Outline& outline,
+                   const Progress& progress) {
   RecordId record = kNoRecord;
   int awaited = kUnreadableCode;
+  std::size_t stretchEnd = from;
   for (std::size_t at = from; at < content.size();) {
+    if (at >= stretchEnd) {
+      const double share = static_cast<double>(at) / static_cast<double>(content.size());
+      if (!progress.goOn(share)) return {ScanEnd::Reason::cancelled, at};
+      stretchEnd = at + kWatchedStretch;
+    }
     const BinaryGroup group = readBinaryGroup(content.substr(at), codes);
     if (group.status == BinaryGroup::Status::unknownCode) return {ScanEnd::Reason::badGroupCode, at};
     if (group.status == BinaryGroup::Status::truncated) return {ScanEnd::Reason::incompleteGroup, at};

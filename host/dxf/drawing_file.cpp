@@ -18,6 +18,13 @@ bool canBeFollowed(std::string_view bytes) {
   return bytes.ends_with('\n') || bytes.ends_with('\r') || bytes == kByteOrderMark;
 }
 
+/// Where in `bytes` a place in memory is; nothing when it is elsewhere.
+std::optional<std::size_t> offsetIn(std::string_view bytes, const char* place) {
+  const auto isBefore = std::less<const char*>();
+  if (isBefore(place, bytes.data()) || !isBefore(place, bytes.data() + bytes.size())) return std::nullopt;
+  return static_cast<std::size_t>(place - bytes.data());
+}
+
 }  // namespace
 
 class DrawingFile::Imp {
@@ -54,6 +61,9 @@ class DrawingFile::Imp {
     m_edits.setState(id, std::move(state));
     noteChange();
   }
+
+  /// Lets $HANDSEED follow the handles given out.
+  void updateHandseed(DrawingFile& file);
 
   void noteChange() { m_isModified = m_wasSaved || m_edits.isAnyChanged(); }
 
@@ -101,10 +111,47 @@ std::vector<std::string_view> DrawingFile::Imp::pieces() const {
   return pieces;
 }
 
-Result<DrawingFile> DrawingFile::open(const std::string& path, DamagePolicy policy, std::vector<Finding>& findings) {
-  auto content = FileContent::open(path);
+void DrawingFile::Imp::updateHandseed(DrawingFile& file) {
+  const bool hasHandles = file.version() >= Version::r13 || !file.headerVariable("$HANDSEED").empty();
+  if (!m_hasGivenHandles || !m_edits.hasInserted() || !hasHandles) return;
+  RecordBuilder builder(file);
+  builder.handle(5, m_nextHandle);
+  file.setHeaderVariable("$HANDSEED", builder.take());
+}
+
+class Snapshot::Imp {
+ public:
+  /// @param pieces those of the content stay where they are, all others are copied
+  Imp(FileContent content, const std::vector<std::string_view>& pieces) : m_content(std::move(content)) {
+    m_pieces.reserve(pieces.size());
+    for (const std::string_view piece : pieces) {
+      const bool isOfContent = offsetIn(m_content.bytes(), piece.data()).has_value();
+      m_pieces.push_back(isOfContent ? piece : std::string_view(m_copies.emplace_back(piece)));
+    }
+  }
+
+  const std::vector<std::string_view>& pieces() const { return m_pieces; }
+
+ private:
+  FileContent m_content;
+  std::deque<std::string> m_copies;
+  std::vector<std::string_view> m_pieces;
+};
+
+Snapshot::Snapshot(std::unique_ptr<Imp> imp) : m_imp(std::move(imp)) {}
+Snapshot::Snapshot(Snapshot&&) noexcept = default;
+Snapshot::~Snapshot() = default;
+
+const std::vector<std::string_view>& Snapshot::pieces() const {
+  return m_imp->pieces();
+}
+
+Result<DrawingFile> DrawingFile::open(const std::string& path, DamagePolicy policy, std::vector<Finding>& findings,
+                                      const Progress& progress) {
+  constexpr double kReadingShare = 0.5;  // where the file cannot be mapped
+  auto content = FileContent::open(path, progress.upTo(kReadingShare));
   if (!content) return tl::unexpected(content.error());
-  auto drawing = readDrawing(std::move(*content), path, policy, findings);
+  auto drawing = readDrawing(std::move(*content), path, policy, findings, progress.upTo(1));
   if (!drawing) return tl::unexpected(drawing.error());
   DrawingFile file(std::make_unique<Imp>(std::move(*drawing)));
   file.m_imp->m_path = path;
@@ -207,11 +254,8 @@ std::size_t DrawingFile::place(RecordId id) const {
 }
 
 std::size_t DrawingFile::place(const Group& group) const {
-  const std::string_view content = m_imp->m_drawing.content.bytes();
-  const auto isBefore = std::less<const char*>();
-  const char* const at = group.value.data();
-  if (isBefore(at, content.data()) || !isBefore(at, content.data() + content.size())) return 0;
-  return m_imp->placeAt(static_cast<std::size_t>(at - content.data()));
+  const auto offset = offsetIn(m_imp->m_drawing.content.bytes(), group.value.data());
+  return offset ? m_imp->placeAt(*offset) : 0;
 }
 
 std::wstring DrawingFile::text(const Group& group) const {
@@ -330,6 +374,28 @@ bool DrawingFile::isUnchangedOnDisk() const {
   return path().empty() || identityOf(path()) == m_imp->m_identity;
 }
 
+FileOrigin DrawingFile::origin() const {
+  return {path(), m_imp->m_identity};
+}
+
+void DrawingFile::setOrigin(FileOrigin origin) {
+  m_imp->m_path = std::move(origin.path);
+  m_imp->m_identity = origin.identity;
+  m_imp->m_wasSaved = true;
+  m_imp->noteChange();
+}
+
+Snapshot DrawingFile::snapshot() {
+  const RecordId header = m_imp->headerRecord();
+  const bool wasModified = isModified();
+  RecordState former = header == kNoRecord ? RecordState{} : state(header);
+  m_imp->updateHandseed(*this);
+  Snapshot taken(std::make_unique<Snapshot::Imp>(m_imp->m_drawing.content.shared(), m_imp->pieces()));
+  if (header != kNoRecord) setState(header, std::move(former));
+  m_imp->m_isModified = wasModified;
+  return taken;
+}
+
 Result<void> DrawingFile::save(const std::string& path, const SaveOptions& options) {
   const bool isOwnPath = !m_imp->m_path.empty() && resolvedPath(path) == resolvedPath(m_imp->m_path);
   if (isOwnPath && !options.replacesChangedFile) {
@@ -339,12 +405,7 @@ Result<void> DrawingFile::save(const std::string& path, const SaveOptions& optio
       return fail(ErrorCode::fileChangedOnDisk, "another program has changed the file since it was opened", path);
     }
   }
-  const bool hasHandles = version() >= Version::r13 || !headerVariable("$HANDSEED").empty();
-  if (m_imp->m_hasGivenHandles && m_imp->m_edits.hasInserted() && hasHandles) {
-    RecordBuilder builder(*this);
-    builder.handle(5, m_imp->m_nextHandle);
-    setHeaderVariable("$HANDSEED", builder.take());
-  }
+  m_imp->updateHandseed(*this);
   const auto identity = replaceFile(path, m_imp->pieces(), options.keepsBackup ? Backup::keep : Backup::none);
   if (!identity) return tl::unexpected(identity.error());
   m_imp->m_path = path;

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/watch.h"
+#include "dxf/file_identity.h"
 #include "dxf/finding.h"
 #include "dxf/group.h"
 #include "dxf/record.h"
@@ -18,6 +20,30 @@ namespace torva::dxf {
 struct SaveOptions {
   bool keepsBackup = false;          ///< Leaves the former file beside, with ".bak" for its extension.
   bool replacesChangedFile = false;  ///< Saves although the file on disk is no longer the one that was opened.
+};
+
+/// Which file a drawing is an edited state of.
+struct FileOrigin {
+  std::string path;  ///< Empty for a new drawing.
+  FileIdentity identity = {};
+};
+
+/// A drawing's bytes at one moment. They stay while the drawing is changed further or closed, and may be written by another
+/// thread. What is as in the file is not copied.
+class Snapshot {
+ public:
+  Snapshot(Snapshot&&) noexcept;
+  Snapshot& operator=(Snapshot&&) = delete;
+  ~Snapshot();
+
+  /// In order, to be written one behind the other.
+  const std::vector<std::string_view>& pieces() const;
+
+ private:
+  friend class DrawingFile;
+  class Imp;
+  explicit Snapshot(std::unique_ptr<Imp> imp);
+  std::unique_ptr<Imp> m_imp;
 };
 
 /// A drawing file held as records: an index of where each record begins, its type and its handle. Values are read when asked
@@ -32,8 +58,9 @@ class DrawingFile {
   /// @param[out] findings what was found wrong and mended, appended
   /// @return fileNotFound, fileNotReadable, isDirectory, emptyFile, notADrawing, unsupportedVersion, damagedDrawing (content
   /// would
-  ///   be lost; with DamagePolicy::recover it is opened all the same)
-  static Result<DrawingFile> open(const std::string& path, DamagePolicy policy, std::vector<Finding>& findings);
+  ///   be lost; with DamagePolicy::recover it is opened all the same), cancelled (nothing is left of it)
+  static Result<DrawingFile> open(const std::string& path, DamagePolicy policy, std::vector<Finding>& findings,
+                                  const Progress& progress = {});
   /// A drawing from bytes in memory; otherwise as open(). `name` is used in messages.
   static Result<DrawingFile> fromBytes(std::string bytes, const std::string& name, DamagePolicy policy,
                                        std::vector<Finding>& findings);
@@ -119,6 +146,14 @@ class DrawingFile {
   bool isModified() const;
   /// Whether the file on disk is still the one that was opened or last saved. True for a new drawing.
   bool isUnchangedOnDisk() const;
+
+  /// The file that the drawing is an edited state of: its path, and what it was when opened or last saved.
+  FileOrigin origin() const;
+  /// Makes the drawing an edited state of another file, as which it counts as modified until it is saved.
+  void setOrigin(FileOrigin origin);
+
+  /// What save() would write now, to be written elsewhere. The drawing stays as it is.
+  Snapshot snapshot();
 
   /// Writes the drawing beside `path`, syncs and renames it there; a link is followed. $HANDSEED follows the handles given
   /// out. On success `path` is the drawing's path and isModified() is false.

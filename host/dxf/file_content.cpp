@@ -1,5 +1,6 @@
 #include "dxf/file_content.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -73,11 +74,11 @@ class Pages {
   std::size_t m_size;
 };
 
-/// The number of bytes read; fewer than asked for when the file has become shorter.
-std::optional<std::size_t> readAll(int descriptor, char* to, std::size_t size) {
+/// The number of bytes read; fewer than asked for when the file has become shorter or they are not wanted any more.
+std::optional<std::size_t> readAll(int descriptor, char* to, std::size_t size, const Progress& progress) {
   std::size_t done = 0;
-  while (done < size) {
-    const ssize_t count = pread(descriptor, to + done, size - done, static_cast<off_t>(done));
+  while (done < size && progress.goOn(static_cast<double>(done) / static_cast<double>(size))) {
+    const ssize_t count = pread(descriptor, to + done, std::min(size - done, kWatchedStretch), static_cast<off_t>(done));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return std::nullopt;
     if (count == 0) break;
@@ -90,7 +91,7 @@ std::optional<std::size_t> readAll(int descriptor, char* to, std::size_t size) {
 
 class FileContent::Imp {
  public:
-  static Result<std::unique_ptr<Imp>> open(const std::string& path);
+  static Result<std::unique_ptr<Imp>> open(const std::string& path, const Progress& progress);
 
   std::string m_string;
   FileIdentity m_identity;
@@ -101,16 +102,16 @@ class FileContent::Imp {
 
  private:
   bool mapUnderLease();
-  Result<void> readIntoMemory(const std::string& path);
+  Result<void> readIntoMemory(const std::string& path, const Progress& progress);
 };
 
-Result<std::unique_ptr<FileContent::Imp>> FileContent::Imp::open(const std::string& path) {
+Result<std::unique_ptr<FileContent::Imp>> FileContent::Imp::open(const std::string& path, const Progress& progress) {
   auto descriptor = openRegular(path);
   if (!descriptor) return tl::unexpected(descriptor.error());
   auto imp = std::make_unique<Imp>();
   imp->m_descriptor.emplace(std::move(*descriptor));
   if (imp->mapUnderLease()) return imp;
-  if (const auto isRead = imp->readIntoMemory(path); !isRead) return tl::unexpected(isRead.error());
+  if (const auto isRead = imp->readIntoMemory(path, progress); !isRead) return tl::unexpected(isRead.error());
   if (imp->m_identity.size == 0) return fail(ErrorCode::emptyFile, "the file is empty", path);
   return imp;
 }
@@ -129,7 +130,7 @@ bool FileContent::Imp::mapUnderLease() {
   return true;
 }
 
-Result<void> FileContent::Imp::readIntoMemory(const std::string& path) {
+Result<void> FileContent::Imp::readIntoMemory(const std::string& path, const Progress& progress) {
   constexpr int kTries = 3;
   for (int i = 0; i < kTries; ++i) {
     const auto before = identityOf(m_descriptor->get());
@@ -139,8 +140,9 @@ Result<void> FileContent::Imp::readIntoMemory(const std::string& path) {
     Pages pages(mmap(nullptr, before->size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0), before->size);
     if (!pages.isValid()) return openingError(path, errno);
     madvise(pages.data(), pages.size(), MADV_HUGEPAGE);
-    const auto count = readAll(m_descriptor->get(), pages.data(), pages.size());
+    const auto count = readAll(m_descriptor->get(), pages.data(), pages.size(), progress);
     if (!count) return openingError(path, errno);
+    if (!progress.goOn(1)) return fail(ErrorCode::cancelled, "opening was cancelled", path);
     if (*count != pages.size() || identityOf(m_descriptor->get()) != before) continue;
     m_pages.emplace(std::move(pages));
     m_descriptor.reset();
@@ -149,8 +151,8 @@ Result<void> FileContent::Imp::readIntoMemory(const std::string& path) {
   return fail(ErrorCode::fileNotReadable, "another program is writing the file", path);
 }
 
-Result<FileContent> FileContent::open(const std::string& path) {
-  auto imp = Imp::open(path);
+Result<FileContent> FileContent::open(const std::string& path, const Progress& progress) {
+  auto imp = Imp::open(path, progress);
   if (!imp) return tl::unexpected(imp.error());
   return FileContent(std::move(*imp));
 }
@@ -161,7 +163,7 @@ FileContent FileContent::fromBytes(std::string bytes) {
   return FileContent(std::move(imp));
 }
 
-FileContent::FileContent(std::unique_ptr<Imp> imp) : m_imp(std::move(imp)) {}
+FileContent::FileContent(std::shared_ptr<const Imp> imp) : m_imp(std::move(imp)) {}
 FileContent::FileContent(FileContent&&) noexcept = default;
 FileContent& FileContent::operator=(FileContent&&) noexcept = default;
 FileContent::~FileContent() = default;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/result.h"
+#include "base/watch.h"
 #include "dxf/file_identity.h"
 
 namespace torva::dxf {
@@ -16,13 +17,16 @@ namespace torva::dxf {
 /// belongs to somebody else, lies on a network, or is open for writing) it is read into memory at once.
 class FileContent {
  public:
-  /// @return fileNotFound, isDirectory, fileNotReadable (also for what is no regular file), emptyFile
-  static Result<FileContent> open(const std::string& path);
+  /// @return fileNotFound, isDirectory, fileNotReadable (also for what is no regular file), emptyFile, cancelled
+  static Result<FileContent> open(const std::string& path, const Progress& progress = {});
   static FileContent fromBytes(std::string bytes);
 
   FileContent(FileContent&&) noexcept;
   FileContent& operator=(FileContent&&) noexcept;
   ~FileContent();
+
+  /// The same bytes for another holder; they are given up with the last one.
+  FileContent shared() const { return FileContent(m_imp); }
 
   /// The same place in memory as long as this object lives, also after it was moved.
   std::string_view bytes() const;
@@ -31,8 +35,8 @@ class FileContent {
 
  private:
   class Imp;
-  explicit FileContent(std::unique_ptr<Imp> imp);
-  std::unique_ptr<Imp> m_imp;
+  explicit FileContent(std::shared_ptr<const Imp> imp);
+  std::shared_ptr<const Imp> m_imp;  // what is being written of a drawing may outlive the drawing
 };
 
 }  // namespace torva::dxf

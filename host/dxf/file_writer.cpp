@@ -1,7 +1,6 @@
 #include "dxf/file_writer.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -18,23 +17,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Lets a write that meets a limit or a closed pipe fail instead of ending the program.
+/// Lets a write that meets a limit or a closed pipe fail instead of ending the program. Both signals go to the thread that
+/// writes, so they are held back there alone, and others may write at the same time.
 class WriteSignalsIgnored {
  public:
   WriteSignalsIgnored() {
-    struct sigaction ignore {};
-    ignore.sa_handler = SIG_IGN;
-    for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &ignore, &m_former[i]);
+    for (const int signal : {SIGXFSZ, SIGPIPE}) sigaddset(&m_held, signal);
+    pthread_sigmask(SIG_BLOCK, &m_held, &m_former);
+    sigset_t pending;
+    sigpending(&pending);
+    for (const int signal : {SIGXFSZ, SIGPIPE}) {
+      // What was under way before is not ours to take.
+      if (sigismember(&pending, signal) == 1) sigdelset(&m_held, signal);
+    }
   }
   ~WriteSignalsIgnored() {
-    for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &m_former[i], nullptr);
+    const int error = errno;
+    const timespec atOnce{};
+    while (sigtimedwait(&m_held, nullptr, &atOnce) > 0) {
+    }
+    pthread_sigmask(SIG_SETMASK, &m_former, nullptr);
+    errno = error;
   }
   WriteSignalsIgnored(const WriteSignalsIgnored&) = delete;
   WriteSignalsIgnored& operator=(const WriteSignalsIgnored&) = delete;
 
  private:
-  static constexpr std::array kSignals = {SIGXFSZ, SIGPIPE};
-  std::array<struct sigaction, kSignals.size()> m_former{};
+  sigset_t m_held{}, m_former{};
 };
 
 tl::unexpected<Error> writingError(const std::string& path, int error) {

@@ -17,11 +17,11 @@ enum class SlotState : int { unused, preparing, leased, copying };
 // Read by the signal handler, which may touch nothing but lock-free atomics and what they guard.
 struct Slot {
   std::atomic<SlotState> state = SlotState::unused;
-  int descriptor = -1;
+  std::atomic<int> descriptor = -1;
   void* address = nullptr;
   std::size_t size = 0;
 };
-static_assert(std::atomic<SlotState>::is_always_lock_free);
+static_assert(std::atomic<SlotState>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
 std::array<Slot, 64> slots;
 
@@ -99,6 +99,8 @@ std::optional<Lease> Lease::take(int descriptor, void* address, std::size_t size
   if (slot < 0) return std::nullopt;
   Lease lease(slot);
   if (fcntl(descriptor, F_SETSIG, leaseSignal()) != 0) return std::nullopt;
+  // Without an owner the lease belongs to the thread that takes it, and nobody is told once that thread has ended.
+  if (fcntl(descriptor, F_SETOWN, getpid()) != 0) return std::nullopt;
   if (fcntl(descriptor, F_SETLEASE, F_RDLCK) != 0) return std::nullopt;
   return lease;
 }

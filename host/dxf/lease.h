@@ -12,6 +12,8 @@ namespace torva::dxf {
 /// by a debugger or a shell can miss.
 ///
 /// The kernel speaks through a real-time signal (SIGRTMIN + 3), whose handler is installed when the first lease is taken.
+/// Any thread that does not block it may be interrupted, whichever took the lease; others can go on reading the map
+/// meanwhile.
 class Lease {
  public:
   /// Takes a lease on a file opened for reading, of which `size` bytes are mapped at `address`.

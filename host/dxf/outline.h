@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/watch.h"
 #include "dxf/group.h"
 #include "dxf/record_index.h"
 #include "dxf/type_names.h"
@@ -17,6 +18,7 @@ struct ScanEnd {
     contentEnd,       ///< The content ended behind a whole group.
     incompleteGroup,  ///< The content ended inside the group at `offset`.
     badGroupCode,     ///< At `offset` should stand a group code and does not.
+    cancelled,        ///< Nobody wants the result any more.
   };
   Reason reason = Reason::contentEnd;
   std::size_t offset = 0;
@@ -66,9 +68,11 @@ constexpr int handleCode(RecordType type) {
 
 /// Passes over a drawing in the text form from the code line at `from`, adding its records to `outline`.
 /// Costs less than searching the content for line ends one by one.
-ScanEnd scanText(std::string_view content, std::size_t from, LineEnds ends, Outline& outline);
+/// `progress` is that of the whole content and is told every few MB.
+ScanEnd scanText(std::string_view content, std::size_t from, LineEnds ends, Outline& outline, const Progress& progress = {});
 
 /// The same for the binary form.
-ScanEnd scanBinary(std::string_view content, std::size_t from, BinaryCodes codes, Outline& outline);
+ScanEnd scanBinary(std::string_view content, std::size_t from, BinaryCodes codes, Outline& outline,
+                   const Progress& progress = {});
 
 }  // namespace torva::dxf

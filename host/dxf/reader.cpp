@@ -14,11 +14,17 @@ namespace {
 
 constexpr std::size_t kLargestDrawing = std::size_t{8} << 30;  // a record takes at least 2 bytes, and record ids 32 bits
 constexpr std::string_view kDefaultPage = "ANSI_1252";
+constexpr double kScanShare = 0.9, kRecordsShare = 0.95;  // of the work, done when all is scanned, and records are checked
 
 class Reader {
  public:
-  Reader(FileContent content, const std::string& name, DamagePolicy policy, std::vector<Finding>& findings)
-      : m_drawing{.content = std::move(content)}, m_name(name), m_policy(policy), m_findings(findings) {}
+  Reader(FileContent content, const std::string& name, DamagePolicy policy, std::vector<Finding>& findings,
+         const Progress& progress)
+      : m_drawing{.content = std::move(content)},
+        m_name(name),
+        m_policy(policy),
+        m_findings(findings),
+        m_progress(progress) {}
 
   Result<OpenedDrawing> read() {
     if (bytes().empty()) return fail(ErrorCode::emptyFile, "the file is empty", m_name);
@@ -33,14 +39,18 @@ class Reader {
     }
     if (m_scanEnd.reason == ScanEnd::Reason::incompleteGroup) m_drawing.incompleteGroup = m_scanEnd.offset;
     if (const auto result = readHeader(log); !result) return tl::unexpected(result.error());
+    if (!m_progress.goOn(kScanShare)) return cancelled();
     checkRecords(m_drawing, log);
+    if (!m_progress.goOn(kRecordsShare)) return cancelled();
     m_drawing.handles = tableOfHandles(m_drawing, log);
     checkHandseed(log);
+    if (!m_progress.goOn(1)) return cancelled();
     return std::move(m_drawing);
   }
 
  private:
   std::string_view bytes() const { return m_drawing.content.bytes(); }
+  tl::unexpected<Error> cancelled() const { return fail(ErrorCode::cancelled, "opening was cancelled", m_name); }
   tl::unexpected<Error> notADrawing() const { return fail(ErrorCode::notADrawing, "this is no DXF drawing", m_name); }
 
   void findForm() {
@@ -64,12 +74,14 @@ class Reader {
       if (next == bytes().size()) return {};
       scanFrom(next);
     }
+    if (m_scanEnd.reason == ScanEnd::Reason::cancelled) return cancelled();
     return {};
   }
 
   void scanFrom(std::size_t from) {
-    m_scanEnd = m_drawing.form == Form::text ? scanText(bytes(), from, m_drawing.lineEnds, m_drawing.outline)
-                                             : scanBinary(bytes(), from, m_drawing.codes, m_drawing.outline);
+    const Progress progress = m_progress.upTo(kScanShare);
+    m_scanEnd = m_drawing.form == Form::text ? scanText(bytes(), from, m_drawing.lineEnds, m_drawing.outline, progress)
+                                             : scanBinary(bytes(), from, m_drawing.codes, m_drawing.outline, progress);
   }
 
   /// Whether up to where a code was missed there are line ends of the kind that was not looked for.
@@ -263,6 +275,7 @@ class Reader {
   const std::string& m_name;
   const DamagePolicy m_policy;
   std::vector<Finding>& m_findings;
+  const Progress m_progress;
   ScanEnd m_scanEnd;
   std::vector<std::size_t> m_badCodes;
   bool m_hasHandseed = false;
@@ -282,8 +295,11 @@ const Section* OpenedDrawing::section(std::string_view name) const {
 }
 
 Result<OpenedDrawing> readDrawing(FileContent content, const std::string& name, DamagePolicy policy,
-                                  std::vector<Finding>& findings) {
-  return Reader(std::move(content), name, policy, findings).read();
+                                  std::vector<Finding>& findings, const Progress& progress) {
+  const auto known = static_cast<std::ptrdiff_t>(findings.size());
+  auto drawing = Reader(std::move(content), name, policy, findings, progress).read();
+  if (!drawing && drawing.error().code == ErrorCode::cancelled) findings.erase(findings.begin() + known, findings.end());
+  return drawing;
 }
 
 }  // namespace torva::dxf

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/watch.h"
 #include "dxf/file_content.h"
 #include "dxf/finding.h"
 #include "dxf/group.h"
@@ -45,6 +46,6 @@ struct OpenedDrawing {
 
 /// Reads a drawing; errors and findings are those of DrawingFile::open(). `name` stands for the file in messages.
 Result<OpenedDrawing> readDrawing(FileContent content, const std::string& name, DamagePolicy policy,
-                                  std::vector<Finding>& findings);
+                                  std::vector<Finding>& findings, const Progress& progress = {});
 
 }  // namespace torva::dxf

@@ -72,13 +72,12 @@ class TextScanner {
   TextScanner(std::string_view content, std::size_t from, Outline& outline)
       : m_content(content), m_outline(outline), m_from(from) {}
 
-  ScanEnd run() {
+  ScanEnd run(const Progress& progress) {
     std::size_t at = m_from;
-    for (; at + kBlock <= m_content.size(); at += kBlock) {
-      const char* block = m_content.data() + at;
-      if (hasHighBit64(block) && !m_outline.firstHighByte) m_outline.firstHighByte = at;
-      const char follower = ends == LineEnds::lfAndCr && at + kBlock < m_content.size() ? block[kBlock] : '\0';
-      if (!takeBlock(at, lineEndMask<ends>(block, follower))) return m_end;
+    while (at + kBlock <= m_content.size()) {
+      const double share = static_cast<double>(at) / static_cast<double>(m_content.size());
+      if (!progress.goOn(share)) return {ScanEnd::Reason::cancelled, at};
+      if (!takeStretch(at)) return m_end;
     }
     if (!takeBlock(at, lastMask(at))) return m_end;
     if (!m_isValueNext) return {ScanEnd::Reason::contentEnd, m_content.size()};
@@ -87,6 +86,19 @@ class TextScanner {
 
  private:
   static constexpr std::size_t kBlock = 64;
+  static_assert(kWatchedStretch % kBlock == 0);
+
+  /// Takes whole blocks, a stretch of them at most, and leaves `at` behind the last; false when the pass is at its end.
+  bool takeStretch(std::size_t& at) {
+    const std::size_t end = std::min(m_content.size(), at + kWatchedStretch);
+    for (; at + kBlock <= end; at += kBlock) {
+      const char* block = m_content.data() + at;
+      if (hasHighBit64(block) && !m_outline.firstHighByte) m_outline.firstHighByte = at;
+      const char follower = ends == LineEnds::lfAndCr && at + kBlock < m_content.size() ? block[kBlock] : '\0';
+      if (!takeBlock(at, lineEndMask<ends>(block, follower))) return false;
+    }
+    return true;
+  }
 
   /// The line ends behind the last whole block; the content's end ends a line as well.
   std::uint64_t lastMask(std::size_t at) {
@@ -203,9 +215,9 @@ class TextScanner {
 
 }  // namespace
 
-ScanEnd scanText(std::string_view content, std::size_t from, LineEnds ends, Outline& outline) {
-  if (ends == LineEnds::lf) return TextScanner<LineEnds::lf>(content, from, outline).run();
-  return TextScanner<LineEnds::lfAndCr>(content, from, outline).run();
+ScanEnd scanText(std::string_view content, std::size_t from, LineEnds ends, Outline& outline, const Progress& progress) {
+  if (ends == LineEnds::lf) return TextScanner<LineEnds::lf>(content, from, outline).run(progress);
+  return TextScanner<LineEnds::lfAndCr>(content, from, outline).run(progress);
 }
 
 }  // namespace torva::dxf

@@ -16,6 +16,14 @@ std::string environment(const char* name) {
   return value ? value : "";
 }
 
+/// Our part of a folder that a variable names; else of one below the user's home. Empty when neither is known.
+std::string userFolder(const char* variable, const char* belowHome) {
+  // The base directory rules ask that a relative path be ignored.
+  if (const std::string folder = environment(variable); folder.starts_with('/')) return folder + "/torva";
+  if (const std::string home = environment("HOME"); home.starts_with('/')) return home + belowHome + "/torva";
+  return {};
+}
+
 }  // namespace
 
 Folders Folders::of(const std::string& programFolder) {
@@ -48,10 +56,12 @@ bool FileStamp::operator==(const FileStamp& other) const {
 }
 
 std::string defaultProfileFolder() {
-  // The base directory rules ask that a relative path be ignored.
-  if (const std::string config = environment("XDG_CONFIG_HOME"); config.starts_with('/')) return config + "/torva";
-  if (const std::string home = environment("HOME"); home.starts_with('/')) return home + "/.config/torva";
-  return {};
+  return userFolder("XDG_CONFIG_HOME", "/.config");
+}
+
+std::string defaultRecoveryFolder() {
+  const std::string state = userFolder("XDG_STATE_HOME", "/.local/state");
+  return state.empty() ? state : state + "/recovery";
 }
 
 }  // namespace torva::runtime

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <sys/stat.h>
 
+#include "base/export.h"
+
 namespace torva::runtime {
 
 /// Where the program and what belongs to it lie.
@@ -38,5 +40,9 @@ struct FileStamp {
 /// The per-user folder of the profile: $XDG_CONFIG_HOME/torva, else ~/.config/torva; empty when neither is known. It need
 /// not exist.
 std::string defaultProfileFolder();
+
+/// The per-user folder of what running programs keep for recovery: $XDG_STATE_HOME/torva/recovery, else
+/// ~/.local/state/torva/recovery; empty when neither is known. It need not exist.
+TORVA_API std::string defaultRecoveryFolder();
 
 }  // namespace torva::runtime

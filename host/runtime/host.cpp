@@ -9,7 +9,6 @@
 #include "command/built_in_commands.h"
 #include "runtime/folders.h"
 #include "runtime/module_manifests.h"
-#include "runtime/profile.h"
 #include "runtime/profile_variables.h"
 #include "runtime/runtime.h"
 
@@ -27,6 +26,11 @@ void reportToStandardError(const std::string& text) {
   std::fprintf(stderr, "%s\n", text.c_str());
 }
 
+std::string profileFolderOf(const HostOptions& options) {
+  if (options.profileUse == ProfileUse::none) return {};
+  return options.profileFolder.empty() ? defaultProfileFolder() : options.profileFolder;
+}
+
 }  // namespace
 
 class TORVA_INTERNAL Host::Imp {
@@ -37,8 +41,8 @@ class TORVA_INTERNAL Host::Imp {
 
   command::Editor& editor() { return m_editor; }
   std::vector<std::wstring> commandNames() const;
-  const std::string& profileFolder() const { return m_profileFolder; }
   std::string guideFolder() const { return m_folders.root + "/docs/guide"; }
+  Profile& profile() { return m_profile; }
   Result<void> load(const std::string& module) { return m_runtime.modules.load(module); }
 
  private:
@@ -51,7 +55,6 @@ class TORVA_INTERNAL Host::Imp {
   Runtime m_runtime;
   Current<Runtime> m_currentRuntime{m_runtime};
   const ProfileUse m_profileUse;
-  const std::string m_profileFolder;
   bool m_isStopped = false;
   Profile m_profile;
   std::map<std::wstring, db::VariableValue> m_keptVariables;
@@ -64,8 +67,7 @@ Host::Imp::Imp(const HostOptions& options)
                options.report ? options.report : reportToStandardError),
       m_runtime(m_commands, m_folders, options.dialogUse),
       m_profileUse(options.profileUse),
-      m_profileFolder(options.profileFolder.empty() ? defaultProfileFolder() : options.profileFolder),
-      m_profile(m_profileFolder) {
+      m_profile(profileFolderOf(options)) {
   m_editor.setViewport(options.viewportWidthPx, options.viewportHeightPx);
   command::registerBuiltInCommands(m_commands, m_editor);
   m_moduleOfCommand = readModuleManifests({m_folders.program, m_folders.root});
@@ -125,12 +127,12 @@ std::vector<std::wstring> Host::commandNames() const {
   return m_imp->commandNames();
 }
 
-std::string Host::profileFolder() const {
-  return m_imp->profileFolder();
-}
-
 std::string Host::guideFolder() const {
   return m_imp->guideFolder();
+}
+
+Profile& Host::profile() {
+  return m_imp->profile();
 }
 
 Result<void> Host::openDrawing(const std::string& path, dxf::DamagePolicy policy) {

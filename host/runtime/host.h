@@ -9,6 +9,7 @@
 #include "base/export.h"
 #include "base/result.h"
 #include "command/editor.h"
+#include "runtime/profile.h"
 
 namespace torva::runtime {
 
@@ -50,10 +51,10 @@ class TORVA_API Host {
   command::Editor& editor();
   /// Names of all commands, sorted: also of those whose module is not loaded yet.
   std::vector<std::wstring> commandNames() const;
-  /// Where the user's settings are kept; it need not exist.
-  std::string profileFolder() const;
   /// Where the pages of the user guide lie.
   std::string guideFolder() const;
+  /// The user's settings. Without a profile in use they are empty, and nothing is kept.
+  Profile& profile();
   /// Opens a drawing in the editor, which keeps to `policy` from now on; errors as of dxf::DrawingFile::open(), findings are
   /// reported as warnings.
   Result<void> openDrawing(const std::string& path, dxf::DamagePolicy policy);

@@ -114,7 +114,13 @@ Result<void> replaceFile(const std::string& path, const std::string& content) {
 }  // namespace
 
 Profile::Profile(std::string folder) : m_folder(std::move(folder)) {
-  if (!m_folder.empty()) m_values = read(fileOf(m_folder));
+  reload();
+}
+
+void Profile::reload() {
+  if (m_folder.empty()) return;
+  m_values = read(fileOf(m_folder));
+  for (const auto& [key, value] : m_changes) m_values.insert_or_assign(key, value);
 }
 
 std::optional<std::wstring> Profile::text(const std::string& section, const std::string& key) const {

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "base/export.h"
 #include "base/result.h"
 
 namespace torva::runtime {
@@ -14,7 +15,7 @@ namespace torva::runtime {
 ///
 /// Nothing is written unless something was set to another value. What other running programs wrote meanwhile is kept, except
 /// for the keys set here.
-class Profile {
+class TORVA_API Profile {
  public:
   /// @param folder read if it exists, made when something is to be kept; empty: nothing is ever read or kept
   explicit Profile(std::string folder);
@@ -28,6 +29,9 @@ class Profile {
   ///   key that begins with '#'
   Result<void> setText(const std::string& section, const std::string& key, const std::wstring& value);
   Result<void> setInteger(const std::string& section, const std::string& key, int value);
+
+  /// Reads anew what other running programs may have written; what was set here since the last save stays.
+  void reload();
 
   /// Writes what was set since the last save; the file is replaced as a whole or not at all.
   /// @return fileNotWritable; what was set stays set and unsaved

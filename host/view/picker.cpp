@@ -66,6 +66,8 @@ class Picker::Index {
  public:
   Index(const db::Database& database, const draw::Drawer& drawer) : m_database(database), m_drawer(drawer) {}
 
+  bool prepare(const Progress& progress) { return build(progress); }
+
   const BoxIndex& current() {
     if (m_drawer.refresh().boxes != m_generation || !m_isBuilt) {
       build();
@@ -111,22 +113,35 @@ class Picker::Index {
   }
 
  private:
-  void build() {
+  bool build(const Progress& progress = {}) {
+    constexpr std::size_t kWatchedEntities = 4096;
+    constexpr double kBoxesShare = 0.8;  // of the work; the rest is ordering them
+    const auto count = static_cast<double>(m_database.file().recordCount());
     std::vector<BoxIndex::Entry> entries;
     entries.reserve(m_database.file().recordCount());
+    m_isBuilt = false;
     m_extents.emplace();
+    bool isWanted = progress.goOn(0);
+    std::size_t untilLook = kWatchedEntities;
     m_database.forEachEntity([&](dxf::RecordId entity) {
+      if (!isWanted) return;
+      if (--untilLook == 0) {
+        untilLook = kWatchedEntities;
+        isWanted = progress.goOn(kBoxesShare * std::min(1.0, entity / count));
+      }
       const geom::Box3 box = m_drawer.modelSpaceBounds(entity);
       if (box.isEmpty()) return;
       m_extents->add(box);
       entries.push_back({entity, SmallBox::around(box)});
     });
+    if (!isWanted || !progress.goOn(kBoxesShare)) return false;
     m_boxes.build(std::move(entries));
     m_seen = m_database.changeCount();
     m_generation = m_drawer.refresh().boxes;
     m_isBuilt = true;
     ++m_builds;
     m_changed.clear();
+    return progress.goOn(1);
   }
 
   /// The entity that a record is or is a part of; kNoRecord when only building anew tells.
@@ -169,6 +184,10 @@ class Picker::Index {
 Picker::Picker(const db::Database& database) : m_drawer(database), m_index(std::make_unique<Index>(database, m_drawer)) {}
 
 Picker::~Picker() = default;
+
+bool Picker::prepare(const Progress& progress) {
+  return m_index->prepare(progress);
+}
 
 dxf::RecordId Picker::pick(const KdGePoint3d& pointWcs, double halfSide, const View& view) {
   const PickSquare square{view.toDisplay(pointWcs), halfSide};

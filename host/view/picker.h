@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/export.h"
+#include "base/watch.h"
 #include "draw/drawer.h"
 #include "view/hit_test.h"
 #include "view/small_box.h"
@@ -28,6 +29,10 @@ class TORVA_API Picker {
  public:
   explicit Picker(const db::Database& database);
   ~Picker();
+
+  /// Builds the tree ahead, on whichever thread; one thread at a time may use a picker and its drawing.
+  /// @return false when that was cancelled; what needs the tree then builds it
+  [[nodiscard]] bool prepare(const Progress& progress);
 
   /// The entity whose drawn geometry is nearest to `pointWcs`, among those that meet the pick square (centre the point, half
   /// side `halfSide` drawing units, in the plane of the view); of equals the later drawn wins. kNoRecord when none meets it.

@@ -1,10 +1,12 @@
 #include "dxf/file_content.h"
 
+#include <atomic>
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 #include "support/temporary_folder.h"
@@ -74,6 +76,27 @@ TEST(FileContent, SurvivesAChangeFromThisProgram) {
   folder.write("plan.dxf", "short");
   EXPECT_TRUE(first->bytes() == content);
   EXPECT_TRUE(second->bytes() == content);
+}
+
+TEST(FileContent, SurvivesAChangeWhileAndAfterOtherThreadsUseIt) {
+  const std::string content = largeContent();
+  const TemporaryFolder folder;
+  const std::string path = folder.write("plan.dxf", content);
+  std::optional<FileContent> opened;
+  std::thread([&] { opened.emplace(FileContent::open(path).value()); }).join();
+  std::atomic<bool> isReading = false, isChanged = false;
+  int differences = 0;
+  std::thread reader([&] {
+    for (bool isLast = false; !isLast; isReading = true) {
+      isLast = isChanged;
+      differences += opened->bytes() != content;
+    }
+  });
+  while (!isReading) std::this_thread::yield();
+  EXPECT_EQ(inOtherProcess([&] { return truncate(path.c_str(), 10) == 0; }), 0);
+  isChanged = true;
+  reader.join();
+  EXPECT_EQ(differences, 0);
 }
 
 TEST(FileContent, IsReadInWhenTheFileIsOpenForWriting) {

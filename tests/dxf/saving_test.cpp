@@ -97,6 +97,7 @@ TEST(Saving, PermissionsLinksAndBackupAreKept) {
   EXPECT_TRUE(S_ISLNK(status.st_mode));
   ASSERT_EQ(stat(folder.path("real/plan.dxf").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0640u);
+  EXPECT_TRUE(file.isUnchangedOnDisk());
   EXPECT_EQ(folder.read("real/plan.dxf"), file.toBytes());
   EXPECT_EQ(folder.read("real/plan.bak"), sample());
   EXPECT_EQ(folder.fileCount(), 3u) << "drawing, backup, and the drawing through its link";

@@ -54,8 +54,10 @@ void openCommand(Editor& editor) {
   if (!mayLoseChanges(editor)) return;
   const auto path = askFileName(editor);
   if (!path) return;
-  if (const auto opened = editor.openDrawing(*path); !opened) return editor.report(opened.error(), Fault::drawing);
-  editor.print(L"Opened " + wideFromUtf8(*path) + L".");
+  const auto opened = editor.openDrawing(*path);
+  if (opened) return editor.print(L"Opened " + wideFromUtf8(*path) + L".");
+  if (opened.error().code == ErrorCode::cancelled) return editor.print(L"*Cancel*");
+  editor.report(opened.error(), Fault::drawing);
 }
 
 void newCommand(Editor& editor) {
