@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "command/editor.h"
 #include "command/variable_access.h"
+#include "db/layers.h"
 #include "db/mline_styles.h"
 #include "dxf/extract.h"
 
@@ -95,6 +96,8 @@ class CommandPreview {
       entities.push_back(pick.entity);
       handles.push_back(drawing.file().handle(pick.entity));
     }
+    const auto isLocked = [&](dxf::RecordId entity) { return db::isOnLockedLayer(drawing, entity); };
+    if (std::any_of(entities.begin(), entities.end(), isLocked)) return {};
     std::vector<dxf::Finding> findings;
     auto copies = db::Database::fromBytes(dxf::extract(drawing.file(), entities, stylesOf(drawing, entities)), {},
                                           dxf::DamagePolicy::recover, findings);

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "command/commands/setvar_command.h"
 #include "command/plotter_library.h"
+#include "command/refusals.h"
 #include "command/session.h"
 #include "command/variable_access.h"
 
@@ -157,6 +158,7 @@ void Editor::runCommand(const Command& command) {
     reportThrown("unknown exception");
   }
   closeLeftovers(command.globalName);
+  reportLocked(*this, m_database->takeLockedEntities().size());
   if (isUndoStep && database == m_database.get()) m_database->endUndoStep();
   m_database->flush();
   if (database == m_database.get()) endPickedFirst(changesSeen);

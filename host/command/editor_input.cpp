@@ -88,7 +88,7 @@ int Editor::getReal(const std::wstring& prompt, double& value) {
 int Editor::getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, double& value) {
   const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
     auto distance = parseNumber(text);
-    if (const auto point = parsePoint(text, {baseUcs, userPlane().elevation})) distance = baseUcs.distanceTo(*point);
+    if (const auto point = parsePoint(text, {baseUcs, baseUcs.z})) distance = baseUcs.distanceTo(*point);
     if (!distance || !accepted(*distance, flags)) return std::nullopt;
     value = *distance;
     return kKdInputNormal;

@@ -29,4 +29,11 @@ void Refusals::report() {
   m_refusals.clear();
 }
 
+void reportLocked(Editor& editor, std::size_t count) {
+  if (count == 0) return;
+  const std::string text = count == 1 ? "1 entity is on a locked layer and left as it is"
+                                      : std::to_string(count) + " entities are on locked layers and left as they are";
+  editor.report({ErrorCode::notApplicable, text}, Fault::script);
+}
+
 }  // namespace torva::command

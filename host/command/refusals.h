@@ -30,4 +30,7 @@ class Refusals {
   std::vector<Refusal> m_refusals;
 };
 
+/// Reports as a fault how many entities a command left as they are because their layers are locked; none are no fault.
+void reportLocked(Editor& editor, std::size_t count);
+
 }  // namespace torva::command

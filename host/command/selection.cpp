@@ -8,8 +8,8 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "command/editor.h"
+#include "command/refusals.h"
 #include "db/layers.h"
-#include "db/record_groups.h"
 
 namespace torva::command {
 
@@ -136,19 +136,9 @@ class Selecting {
   bool m_isCancelled = false;
 };
 
-bool isOnLockedLayer(const db::Database& database, dxf::RecordId entity) {
-  const std::wstring layer = db::firstText(database.file(), entity, 8);
-  const dxf::RecordId record = database.findSymbol(dxf::RecordType::layer, layer);
-  return record != dxf::kNoRecord && db::readLayer(database.file(), record).isLocked;
-}
-
 void leaveOutLocked(Editor& editor, std::vector<dxf::RecordId>& entities) {
-  const auto isLocked = [&](dxf::RecordId entity) { return isOnLockedLayer(editor.database(), entity); };
-  const std::size_t count = std::erase_if(entities, isLocked);
-  if (count == 0) return;
-  const std::string text = count == 1 ? "1 entity is on a locked layer and left as it is"
-                                      : std::to_string(count) + " entities are on locked layers and left as they are";
-  editor.report({ErrorCode::notApplicable, text}, Fault::script);
+  const auto isLocked = [&](dxf::RecordId entity) { return db::isOnLockedLayer(editor.database(), entity); };
+  reportLocked(editor, std::erase_if(entities, isLocked));
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 
 namespace torva::command {
 
+class Editor;
+
 /// The value of a system variable that is known to be there; `fallback` when it is not or is of another type.
 template <class T>
 T variableOr(const db::SystemVariables& variables, std::wstring_view name, T fallback) {
@@ -16,5 +18,8 @@ T variableOr(const db::SystemVariables& variables, std::wstring_view name, T fal
   const T* held = std::get_if<T>(&*value);
   return held ? *held : fallback;
 }
+
+/// Sets a system variable; a value that it does not take is reported as a fault.
+void storeVariable(Editor& editor, std::wstring_view name, const db::VariableValue& value);
 
 }  // namespace torva::command

@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "db/dictionary_imp.h"
+#include "db/layers.h"
 #include "db/mline_imp.h"
 #include "db/mline_style_imp.h"
 #include "db/object_imp.h"
@@ -77,6 +78,15 @@ KdStatus Database::openObject(KdDbObject*& object, KdDbObjectId id, KdOpenMode m
   const KdStatus status = KdDbSystemInternals::getImpObject(&found)->open(mode);
   if (status == KdStatus::ok) object = &found;
   return status;
+}
+
+KdStatus Database::openUnlessLocked(KdDbObject*& object, KdDbObjectId id, KdOpenMode mode, bool openErased) {
+  const dxf::RecordId record = recordOf(id);
+  const bool isThere = record != dxf::kNoRecord && (openErased || !m_file.isErased(record));
+  const bool isChecked = mode == KdOpenMode::forWrite && isThere && objectOf(record).isKindOf(KdDbEntity::desc());
+  if (!isChecked || !isOnLockedLayer(*this, record)) return openObject(object, id, mode, openErased);
+  m_lockedEntities.insert(record);
+  return KdStatus::onLockedLayer;
 }
 
 const KdDbObject* Database::loaded(dxf::RecordId record) const {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -61,6 +62,10 @@ class TORVA_API Database final : public KdDbDatabase {
   KdDbObjectId idOfHandle(dxf::Handle handle) const;
 
   KdStatus openObject(KdDbObject*& object, KdDbObjectId id, KdOpenMode mode, bool openErased);
+  /// The same for callers from outside the host, to whom entities on locked layers are refused for write (onLockedLayer).
+  KdStatus openUnlessLocked(KdDbObject*& object, KdDbObjectId id, KdOpenMode mode, bool openErased);
+  /// The entities that openUnlessLocked() refused; taking them empties the set.
+  std::set<dxf::RecordId> takeLockedEntities() { return std::exchange(m_lockedEntities, {}); }
   /// The objects that are open now. Costs what is open, not what is in the drawing.
   std::vector<OpenObject> openObjects() const;
   /// Closes all that is open, whoever opened it. For the host's clean-up after a faulty command.
@@ -194,8 +199,9 @@ class TORVA_API Database final : public KdDbDatabase {
   std::unordered_map<dxf::RecordId, std::unique_ptr<KdDbObject>> m_objects;
   std::vector<dxf::RecordId> m_changes;
   std::vector<dxf::Finding> m_findings;
-  std::vector<dxf::RecordId> m_open;   // in the order of opening
-  std::vector<dxf::RecordId> m_dirty;  // objects that are newer than their records
+  std::set<dxf::RecordId> m_lockedEntities;  // that were refused for write
+  std::vector<dxf::RecordId> m_open;         // in the order of opening
+  std::vector<dxf::RecordId> m_dirty;        // objects that are newer than their records
   std::unique_ptr<Structure> m_structure;
   std::unique_ptr<RecentMlines> m_recentMlines;
   std::unique_ptr<UndoLog> m_undo;

@@ -39,7 +39,7 @@ KdStatus kddbOpenObject(KdDbObject*& object, KdDbObjectId id, KdOpenMode mode, b
   const auto open = [&] {
     if (id.isNull()) return KdStatus::nullObjectId;
     Database* database = Current<Database>::get();
-    return database ? database->openObject(object, id, mode, openErased) : KdStatus::unknownObjectId;
+    return database ? database->openUnlessLocked(object, id, mode, openErased) : KdStatus::unknownObjectId;
   };
   return guarded(open, KdStatus::unknownObjectId);
 }

@@ -179,6 +179,11 @@ std::vector<LayerData> readLayers(const Database& database) {
   return layers;
 }
 
+bool isOnLockedLayer(const Database& database, dxf::RecordId entity) {
+  const dxf::RecordId layer = database.findSymbol(dxf::RecordType::layer, firstText(database.file(), entity, 8));
+  return layer != dxf::kNoRecord && readLayer(database.file(), layer).isLocked;
+}
+
 void changeLayer(Database& database, dxf::RecordId record, const LayerData& layer) {
   if (readLayer(database.file(), record) == layer) return;
   database.setBytes(record, LayerWriter(database.file(), record, layer).write());

@@ -5,6 +5,7 @@
 #include "db/database.h"
 #include "db/dictionary_imp.h"
 #include "db/opened.h"
+#include "db/system_variables.h"
 
 #include <kdrx/db_mline_style.h>
 
@@ -60,6 +61,13 @@ std::vector<std::wstring> mlineStyleNames(const Database& database) {
     if (findMlineStyle(database, entry.name) != dxf::kNoRecord) names.push_back(entry.name);
   }
   return names;
+}
+
+std::wstring currentMlineStyle(const Database& database, const SystemVariables& variables) {
+  const auto current = variables.get(L"CMLSTYLE");
+  const auto* name = current ? std::get_if<std::wstring>(&*current) : nullptr;
+  const bool exists = name && findMlineStyle(database, *name) != dxf::kNoRecord;
+  return exists ? *name : std::wstring(kStandardMlineStyle);
 }
 
 Result<dxf::RecordId> makeStandardMlineStyle(Database& database) {

@@ -10,6 +10,7 @@
 namespace torva::db {
 
 class Database;
+class SystemVariables;
 
 /// The style that every drawing with multilines has.
 inline constexpr std::wstring_view kStandardMlineStyle = L"STANDARD";
@@ -23,6 +24,9 @@ dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name);
 /// The style that a multiline names: by handle, if that is dead by name, else STANDARD; kNoRecord when there is none of
 /// these.
 dxf::RecordId mlineStyleOf(const Database& database, dxf::Handle handle, std::wstring_view name);
+
+/// Name of the style that new multilines get: the current one, or STANDARD where the drawing does not have it.
+std::wstring currentMlineStyle(const Database& database, const SystemVariables& variables);
 
 /// Names of all multiline styles in the order of their dictionary.
 std::vector<std::wstring> mlineStyleNames(const Database& database);

@@ -110,7 +110,7 @@ class BlockEntities final : public KdDbBlockTableRecordIterator {
   }
   KdStatus getEntity(KdDbEntity*& entity, KdOpenMode mode) const override {
     KdDbObject* object = nullptr;
-    const KdStatus status = m_database.openObject(object, entityId(), mode, false);
+    const KdStatus status = m_database.openUnlessLocked(object, entityId(), mode, false);
     if (status != KdStatus::ok) return status;
     if (!object->isKindOf(KdDbEntity::desc())) {
       object->close();

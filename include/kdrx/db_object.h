@@ -127,9 +127,9 @@ class KDRX_API KdDbSystemInternals {
 /// Opens an object of the working database.
 /// @param[out] object the object, owned by its database, valid until that goes; unchanged on failure
 /// @param openErased true to open erased objects too
-/// @return nullObjectId, unknownObjectId, wasErased, wasOpenForWrite (any open while a writer holds it), or wasOpenForRead
-/// (for
-///   write while readers hold it)
+/// @return nullObjectId, unknownObjectId, wasErased, onLockedLayer (an entity on a locked layer, for write; the command line
+///   tells the user when the command ends), wasOpenForWrite (any open while a writer holds it), or wasOpenForRead (for write
+///   while readers hold it)
 [[nodiscard]] KDRX_API KdStatus kddbOpenObject(KdDbObject*& object, KdDbObjectId id, KdOpenMode mode,
                                                bool openErased = false) noexcept;
 

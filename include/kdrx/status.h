@@ -34,6 +34,7 @@ enum class KdStatus : int {
   alreadyInDatabase,  ///< The object belongs to a database already.
   fileNotFound,       ///< A named file does not exist or cannot be read.
   notApplicable,      ///< The operation makes no sense for this object.
+  onLockedLayer,      ///< Open for write refused: the entity is on a locked layer.
 };
 
 /// Mode in which an object is opened.

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr unsigned kUndoPrompt = 4003, kFirstPrompt = 4004, kSecondPrompt = 4005;
 constexpr double kDiagonalTolerance = 1e-6;  // of the diagonal's length; sine of an angle
 
 bool isPoint(const double* point) {
@@ -101,11 +100,12 @@ class CMlineEdit::CornerJoint {
 };
 
 int CMlineEdit::cmd_mledit_CornerJoint(KdModuleHandle module) {
-  CMlineTool tool{L"-MLEDIT CJ",           kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isOpenMlinePicked,
-                  &CMlineEdit::cornerJoint};
-  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
-  tool.changes = CMlineTool::Changes::both;
-  return runTool(module, tool);
+  return runTool(module, {.command = L"-MLEDIT CJ",
+                          .prompts = kPairPrompts,
+                          .acceptsFirst = &CMlineEdit::isOpenMlinePicked,
+                          .acceptsSecond = &CMlineEdit::isOpenMlinePicked,
+                          .edit = &CMlineEdit::cornerJoint,
+                          .changes = CMlineTool::Changes::both});
 }
 
 void CMlineEdit::cornerJoint() {

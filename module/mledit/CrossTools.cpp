@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr unsigned kUndoPrompt = 4003, kFirstPrompt = 4004, kSecondPrompt = 4005;
-
 // How deep an element lies in its multiline of `count` elements, but no deeper than the middle of the other multiline.
 int depth(int element, int count, int otherCount) {
   return std::min({element, count - 1 - element, (otherCount - 1) / 2});
@@ -15,22 +13,26 @@ int depth(int element, int count, int otherCount) {
 }  // namespace
 
 int CMlineEdit::cmd_mledit_ClosedCross(KdModuleHandle module) {
-  return runTool(module, {L"-MLEDIT CC", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
-                          &CMlineEdit::closedCross});
+  return runTool(module, {.command = L"-MLEDIT CC",
+                          .prompts = kPairPrompts,
+                          .acceptsSecond = &CMlineEdit::isMlinePicked,
+                          .edit = &CMlineEdit::closedCross});
 }
 
 int CMlineEdit::cmd_mledit_OpenCross(KdModuleHandle module) {
-  CMlineTool tool{L"-MLEDIT OC",         kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
-                  &CMlineEdit::openCross};
-  tool.changes = CMlineTool::Changes::both;
-  return runTool(module, tool);
+  return runTool(module, {.command = L"-MLEDIT OC",
+                          .prompts = kPairPrompts,
+                          .acceptsSecond = &CMlineEdit::isMlinePicked,
+                          .edit = &CMlineEdit::openCross,
+                          .changes = CMlineTool::Changes::both});
 }
 
 int CMlineEdit::cmd_mledit_MergedCross(KdModuleHandle module) {
-  CMlineTool tool{L"-MLEDIT MC",           kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
-                  &CMlineEdit::mergedCross};
-  tool.changes = CMlineTool::Changes::both;
-  return runTool(module, tool);
+  return runTool(module, {.command = L"-MLEDIT MC",
+                          .prompts = kPairPrompts,
+                          .acceptsSecond = &CMlineEdit::isMlinePicked,
+                          .edit = &CMlineEdit::mergedCross,
+                          .changes = CMlineTool::Changes::both});
 }
 
 void CMlineEdit::closedCross() {

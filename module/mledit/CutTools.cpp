@@ -1,20 +1,18 @@
 #include "mledit/MlineEdit.h"
 #include "mledit/MlineTool.h"
 
-namespace {
-
-constexpr unsigned kUndoPrompt = 4010, kFirstPrompt = 4011, kSecondPrompt = 4012;
-
-}  // namespace
-
 int CMlineEdit::cmd_mledit_CutSingle(KdModuleHandle module) {
-  return runTool(
-      module, {L"-MLEDIT CS", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain, &CMlineEdit::cutSingle});
+  return runTool(module, {.command = L"-MLEDIT CS",
+                          .prompts = kStretchPrompts,
+                          .acceptsSecond = &CMlineEdit::isPickedAgain,
+                          .edit = &CMlineEdit::cutSingle});
 }
 
 int CMlineEdit::cmd_mledit_CutAll(KdModuleHandle module) {
-  return runTool(module,
-                 {L"-MLEDIT CA", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain, &CMlineEdit::cutAll});
+  return runTool(module, {.command = L"-MLEDIT CA",
+                          .prompts = kStretchPrompts,
+                          .acceptsSecond = &CMlineEdit::isPickedAgain,
+                          .edit = &CMlineEdit::cutAll});
 }
 
 bool CMlineEdit::isPickedAgain() {

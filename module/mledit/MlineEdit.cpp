@@ -75,7 +75,7 @@ bool CMlineEdit::pickFirst(const CMlineTool& tool) {
   const bool hasUndo = undoFirst != nullptr;
   if (hasUndo) LoadStringW(m_texts, kUndoKeywords, promptBuf, capacity);
   static_cast<void>(kdedInitGet(kKdInitGetNone, hasUndo ? promptBuf : nullptr));
-  LoadStringW(m_texts, hasUndo ? tool.undoPrompt : tool.firstPrompt, promptBuf, capacity);
+  LoadStringW(m_texts, hasUndo ? tool.prompts.undo : tool.prompts.first, promptBuf, capacity);
   if (!tool.acceptsSecond) kdedOfferPreview(nullptr, nullptr);
   retCode = kdedEntSel(promptBuf, pickName, pickPoint);
   if (retCode == kKdInputCancel || retCode == kKdInputNone) return false;
@@ -87,7 +87,7 @@ bool CMlineEdit::pickFirst(const CMlineTool& tool) {
 
 // Asks for the second pick until it is one. An empty answer asks again: only a cancel ends the tool here.
 bool CMlineEdit::pickSecond(const CMlineTool& tool) {
-  LoadStringW(m_texts, tool.secondPrompt, promptBuf, static_cast<int>(std::size(promptBuf)));
+  LoadStringW(m_texts, tool.prompts.second, promptBuf, static_cast<int>(std::size(promptBuf)));
   const double first[3] = {pickPoint[0], pickPoint[1], pickPoint[2]};
   do {
     kdedOfferPreview(segFirst.name, first);
@@ -129,9 +129,11 @@ void CMlineEdit::restore(CMlineSegment& seg, std::unique_ptr<KdDbMline>& copy) {
   kdedRedraw(seg.name, kKdRedrawShow);
 }
 
-// Without all copies there is no edit, so that what UNDO would bring back is always what stood before.
+// Without all copies there is no edit, so that what UNDO would bring back is always what stood before. Nor is there one
+// without both multilines: the second may be on a locked layer, or held by somebody else.
 void CMlineEdit::renewUndoCopies(const CMlineTool& tool) {
   discardUndoCopies();
+  if (tool.acceptsSecond && !segSecond.mline) return;
   const auto keep = [this](const CMlineSegment& seg, std::unique_ptr<KdDbMline>& copy) {
     auto taken = std::make_unique<KdDbMline>();
     if (MlineCopy(taken.get(), seg.mline)) copy = std::move(taken);

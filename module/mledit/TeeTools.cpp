@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr unsigned kUndoPrompt = 4003, kFirstPrompt = 4004, kSecondPrompt = 4005;
-
 // How many elements of the bar a merged tee opens, from the near side on; no element of the stem ends deeper. A bar of two
 // elements is opened on the near side only, though inner elements of the stem run through to its far side, and a stem of one
 // element has no width to open anything across. Our own decision.
@@ -29,25 +27,29 @@ struct CMlineEdit::StemEnd {
 };
 
 int CMlineEdit::cmd_mledit_ClosedTree(KdModuleHandle module) {
-  CMlineTool tool{L"-MLEDIT CT",         kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
-                  &CMlineEdit::closedTee};
-  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
-  return runTool(module, tool);
+  return runTool(module, {.command = L"-MLEDIT CT",
+                          .prompts = kPairPrompts,
+                          .acceptsFirst = &CMlineEdit::isOpenMlinePicked,
+                          .acceptsSecond = &CMlineEdit::isMlinePicked,
+                          .edit = &CMlineEdit::closedTee});
 }
 
 int CMlineEdit::cmd_mledit_OpenTree(KdModuleHandle module) {
-  CMlineTool tool{L"-MLEDIT OT", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked, &CMlineEdit::openTee};
-  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
-  tool.changes = CMlineTool::Changes::both;
-  return runTool(module, tool);
+  return runTool(module, {.command = L"-MLEDIT OT",
+                          .prompts = kPairPrompts,
+                          .acceptsFirst = &CMlineEdit::isOpenMlinePicked,
+                          .acceptsSecond = &CMlineEdit::isMlinePicked,
+                          .edit = &CMlineEdit::openTee,
+                          .changes = CMlineTool::Changes::both});
 }
 
 int CMlineEdit::cmd_mledit_MergedTree(KdModuleHandle module) {
-  CMlineTool tool{L"-MLEDIT MT",         kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isMlinePicked,
-                  &CMlineEdit::mergedTee};
-  tool.acceptsFirst = &CMlineEdit::isOpenMlinePicked;
-  tool.changes = CMlineTool::Changes::both;
-  return runTool(module, tool);
+  return runTool(module, {.command = L"-MLEDIT MT",
+                          .prompts = kPairPrompts,
+                          .acceptsFirst = &CMlineEdit::isOpenMlinePicked,
+                          .acceptsSecond = &CMlineEdit::isMlinePicked,
+                          .edit = &CMlineEdit::mergedTee,
+                          .changes = CMlineTool::Changes::both});
 }
 
 void CMlineEdit::closedTee() {

@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr unsigned kUndoPrompt = 4008, kFirstPrompt = 4009, kNoSecondPrompt = 0;
-
 bool isOnAnElementPoint(const CMlineSegment& seg, const double* point) {
   for (int e = 0; e < seg.ptListCount; ++e) {
     for (int v = 0; v < seg.numVertices; ++v) {
@@ -32,11 +30,11 @@ std::span<const double> partBefore(std::span<const double> list, double distance
 }  // namespace
 
 int CMlineEdit::cmd_mledit_AddVertex(KdModuleHandle module) {
-  return runTool(module, {L"-MLEDIT AV", kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::addVertex});
+  return runTool(module, {.command = L"-MLEDIT AV", .prompts = kVertexPrompts, .edit = &CMlineEdit::addVertex});
 }
 
 int CMlineEdit::cmd_mledit_DeleteVertex(KdModuleHandle module) {
-  return runTool(module, {L"-MLEDIT DV", kUndoPrompt, kFirstPrompt, kNoSecondPrompt, nullptr, &CMlineEdit::deleteVertex});
+  return runTool(module, {.command = L"-MLEDIT DV", .prompts = kVertexPrompts, .edit = &CMlineEdit::deleteVertex});
 }
 
 void CMlineEdit::addVertex() {

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr unsigned kUndoPrompt = 4010, kFirstPrompt = 4011, kSecondPrompt = 4012;
 constexpr double kEntryTolerance = 1e-10;
 
 // The point nearest to `p` on the segment; the foot of the square, or the end that it lies beyond.
@@ -103,8 +102,12 @@ void weldWithin(std::vector<double>& list, const WeldEnd& a, const WeldEnd& b) {
 }  // namespace
 
 int CMlineEdit::cmd_mledit_WeldAll(KdModuleHandle module) {
-  return runTool(module, {L"-MLEDIT WA", kUndoPrompt, kFirstPrompt, kSecondPrompt, &CMlineEdit::isPickedAgain,
-                          &CMlineEdit::weldAll, &CMlineEdit::isAnythingPicked, &CMlineEdit::mlineEditInitializeForWeldAll});
+  return runTool(module, {.command = L"-MLEDIT WA",
+                          .prompts = kStretchPrompts,
+                          .acceptsFirst = &CMlineEdit::isAnythingPicked,
+                          .acceptsSecond = &CMlineEdit::isPickedAgain,
+                          .resolve = &CMlineEdit::mlineEditInitializeForWeldAll,
+                          .edit = &CMlineEdit::weldAll});
 }
 
 bool CMlineEdit::isAnythingPicked() {

@@ -68,6 +68,7 @@ TEST_F(DrawCommands, linesAndCircles) {
       {"ELEVATION 2 LINE 0,0 1,0 \"\" CIRCLE 1,1 0.5", {"LINE 0 0 2 1 0 2", "CIRCLE 1 1 2 0.5"}},
       {"CIRCLE 1,2 3", {"CIRCLE 1 2 0 3"}},
       {"CIRCLE 1,2 0 -1 \"\" 4,6", {"CIRCLE 1 2 0 5"}},
+      {"ELEVATION 2 CIRCLE 0,0,5 3,4", {"CIRCLE 0 0 5 5"}},
       {"CIRCLE 1,2 d 3", {"CIRCLE 1 2 0 1.5"}},
       {"CIRCLE 2p 1,1 @4,0", {"CIRCLE 3 1 0 2"}},
       {"CIRCLE 3p 1000005,0 1000000,5 999995,0,9", {"CIRCLE 1e+06 0 0 5"}},

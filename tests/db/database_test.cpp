@@ -2,10 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include "db/layers.h"
 #include "db/plan.h"
 
 #include <kdrx/db_mline.h>
 #include <kdrx/db_mline_style.h>
+#include <kdrx/db_tables.h>
 
 namespace torva::test {
 namespace {
@@ -36,6 +38,27 @@ TEST_F(DatabaseTest, ManyReadersOrOneWriterMayHoldAnObject) {
   EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::wasOpenForWrite);
   EXPECT_EQ(writer->close(), KdStatus::ok);
   EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::ok);
+}
+
+TEST_F(DatabaseTest, EntitiesOnLockedLayersAreRefusedToWritersFromOutside) {
+  const dxf::RecordId walls = database().recordOf(id(0x11)), mline = database().recordOf(id(0xA0));
+  db::LayerData layer = db::readLayer(database().file(), walls);
+  layer.isLocked = true;
+  db::changeLayer(database(), walls, layer);
+  EXPECT_TRUE(open<KdDbLayerTableRecord>(0x11, KdOpenMode::forWrite)->isLocked()) << "the layer itself can be changed";
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forWrite), KdStatus::onLockedLayer);
+  KdDbEntity* entity = nullptr;
+  const auto walk = open<KdDbBlockTableRecord>(0x1F)->newIterator();
+  EXPECT_EQ(walk->entityId(), id(0xA0));
+  EXPECT_EQ(walk->getEntity(entity, KdOpenMode::forWrite), KdStatus::onLockedLayer);
+  EXPECT_EQ(entity, nullptr);
+  EXPECT_EQ(tryOpen(id(0xA1), KdOpenMode::forWrite), KdStatus::ok);
+  EXPECT_THAT(database().takeLockedEntities(), ElementsAre(mline));
+  EXPECT_THAT(database().takeLockedEntities(), IsEmpty());
+  KdDbObject* object = nullptr;
+  EXPECT_EQ(database().openObject(object, id(0xA0), KdOpenMode::forWrite, false), KdStatus::ok) << "to the host it is open";
+  EXPECT_EQ(object->close(), KdStatus::ok);
+  EXPECT_EQ(tryOpen(id(0xA0), KdOpenMode::forRead), KdStatus::ok);
 }
 
 TEST_F(DatabaseTest, TellsWhichObjectsAreOpenAndClosesThem) {

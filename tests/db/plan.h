@@ -161,7 +161,7 @@ inline std::string planText(std::string_view entities = kWalls) {
     100 AcDbSymbolTableRecord
     100 AcDbLayerTableRecord
     2 Walls
-    70      5
+    70      1
     62     -3
     6 Dashed
     0 ENDTAB

@@ -48,7 +48,7 @@ TEST_F(TablesTest, RecordsTellTheirProperties) {
   EXPECT_EQ(walls->name(), L"Walls");
   EXPECT_TRUE(walls->isOff());
   EXPECT_TRUE(walls->isFrozen());
-  EXPECT_TRUE(walls->isLocked());
+  EXPECT_FALSE(walls->isLocked());
   EXPECT_EQ(walls->color(), KdCmColor::byIndex(3));
   EXPECT_EQ(walls->linetypeId(), id(0x14));
   const auto* zero = open<KdDbLayerTableRecord>(id(0x10));

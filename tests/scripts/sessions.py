@@ -3,7 +3,7 @@
 
 sessions.py --torvac PATH [--samples FOLDER] [--update] FILE...
 
-A session is a fenced block marked `console`. A line beginning with `$ ` is a shell command; the lines up to the next one are
+A session is a fenced block marked `console`; a block that does not end is a fault. A line beginning with `$ ` is a shell command; the lines up to the next one are
 what it prints, standard output and standard error together, and `[status N]` at the end when its exit status N is not 0. What
 stands below `$ cat NAME` becomes the file NAME instead, unless there is such a file. The sessions of one file share a fresh
 folder that holds room.dxf, or the drawings and scripts of the sample folder; torvac is on the path. --update writes what was
@@ -22,15 +22,26 @@ from room import make_room
 FENCE_BEGIN, FENCE_END = "```console", "```"
 
 
+class UnclosedFence(Exception):
+    """Holds the number of the line that opens it."""
+
+
 def blocks(lines):
     """(first, last + 1) line numbers of the sessions' contents."""
-    begin = None
-    for number, line in enumerate(lines):
-        if line.strip() == FENCE_BEGIN:
-            begin = number + 1
-        elif begin is not None and line.strip() == FENCE_END:
-            yield begin, number
+    begin, is_session = None, False
+    for number, mark in enumerate(map(str.strip, lines)):
+        if not mark.startswith(FENCE_END):
+            continue
+        if begin is None:
+            begin, is_session = number + 1, mark == FENCE_BEGIN
+        elif mark == FENCE_END:
+            if is_session:
+                yield begin, number
             begin = None
+        else:
+            break
+    if begin is not None:
+        raise UnclosedFence(begin)
 
 
 def steps(lines):
@@ -99,7 +110,11 @@ def main():
     options = parser.parse_args()
     total = wrong = 0
     for path in options.files:
-        count, failed = check_file(path, options.torvac.resolve(), options.samples, options.update)
+        try:
+            count, failed = check_file(path, options.torvac.resolve(), options.samples, options.update)
+        except UnclosedFence as fence:
+            print("%s:%s: this fence is not closed" % (path.name, fence))
+            return 1
         if count == 0:
             print("%s: no session in it" % path)
             return 1

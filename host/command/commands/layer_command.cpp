@@ -4,8 +4,8 @@
 #include <functional>
 
 #include "base/text.h"
-#include "base/wildcard.h"
 #include "command/color_text.h"
+#include "command/commands/layer_names.h"
 #include "command/confirmation.h"
 #include "command/editor.h"
 #include "command/session.h"
@@ -35,35 +35,6 @@ void refuse(Editor& editor, ErrorCode code, const std::wstring& text) {
   editor.report({code, utf8FromWide(text)}, Fault::script);
 }
 
-std::vector<std::wstring> namesIn(const std::wstring& list) {
-  std::vector<std::wstring> names;
-  for (std::size_t begin = 0; begin <= list.size();) {
-    const std::size_t end = std::min(list.find(L',', begin), list.size());
-    std::wstring name = trimmed(list.substr(begin, end - begin));
-    if (!name.empty()) names.push_back(std::move(name));
-    begin = end + 1;
-  }
-  return names;
-}
-
-/// The layers that a list names, in the order of the drawing. A name that fits none is reported.
-std::vector<dxf::RecordId> layersIn(Editor& editor, const std::wstring& list) {
-  const std::vector<dxf::RecordId> all = editor.database().symbols(dxf::RecordType::layer);
-  const auto fits = [&](const std::wstring& pattern) {
-    return [&](dxf::RecordId record) { return matchesWildcard(layerAt(editor, record).name, pattern); };
-  };
-  const std::vector<std::wstring> patterns = namesIn(list);
-  for (const std::wstring& pattern : patterns) {
-    if (std::ranges::none_of(all, fits(pattern)))
-      refuse(editor, ErrorCode::unknownName, L"there is no layer " + inQuotes(pattern));
-  }
-  std::vector<dxf::RecordId> found;
-  std::ranges::copy_if(all, std::back_inserter(found), [&](dxf::RecordId record) {
-    return std::ranges::any_of(patterns, [&](const std::wstring& pattern) { return fits(pattern)(record); });
-  });
-  return found;
-}
-
 // Every option gives the status of its last question.
 
 int askNames(Editor& editor, const std::wstring& prompt, std::wstring& names) {
@@ -75,7 +46,7 @@ int list(Editor& editor) {
   std::wstring names = L"*";
   const int status = askNames(editor, L"Enter layer name(s) to list <*>: ", names);
   if (status == kKdInputCancel) return status;
-  for (const dxf::RecordId record : layersIn(editor, names)) {
+  for (const dxf::RecordId record : layersInList(editor, names)) {
     const db::LayerData layer = layerAt(editor, record);
     editor.print(L"  " + layer.name + (layer.isOff ? L"  off" : L"  on") + (layer.isFrozen ? L", frozen" : L"") +
                  (layer.isLocked ? L", locked" : L"") + L", color " + shown(layer.color) + L", linetype " + layer.linetype +
@@ -92,7 +63,7 @@ void makeCurrent(Editor& editor, const std::wstring& name) {
     return refuse(editor, ErrorCode::notApplicable,
                   L"the layer " + inQuotes(layer.name) + L" is frozen and cannot be current");
   }
-  if (const auto done = editor.variables().set(L"CLAYER", layer.name); !done) editor.report(done.error(), Fault::script);
+  storeVariable(editor, L"CLAYER", layer.name);
 }
 
 /// False when there was none and none could be made.
@@ -123,7 +94,7 @@ int addAll(Editor& editor) {
   std::wstring names;
   const int status = askNames(editor, L"Enter name list for new layer(s): ", names);
   if (status != kKdInputNormal) return status;
-  for (const std::wstring& name : namesIn(names)) {
+  for (const std::wstring& name : namesInList(names)) {
     if (editor.database().findSymbol(dxf::RecordType::layer, name) == dxf::kNoRecord) {
       add(editor, name);
     } else {
@@ -144,7 +115,7 @@ Confirmation confirmChangeOfCurrent(Editor& editor, const db::LayerData& before,
 }
 
 int changeAll(Editor& editor, const std::wstring& names, const Change& change) {
-  for (const dxf::RecordId record : layersIn(editor, names)) {
+  for (const dxf::RecordId record : layersInList(editor, names)) {
     const db::LayerData before = layerAt(editor, record);
     db::LayerData after = before;
     change(after);

@@ -14,11 +14,8 @@ namespace {
 
 constexpr const wchar_t* kJustifications[] = {L"Top", L"Zero", L"Bottom"};
 
-/// Name of the style that multilines get: the current one, or STANDARD where the drawing does not have it.
 std::wstring currentStyle(Editor& editor) {
-  const std::wstring standard(db::kStandardMlineStyle);
-  const std::wstring name = variableOr(editor.variables(), L"CMLSTYLE", standard);
-  return db::findMlineStyle(editor.database(), name) == dxf::kNoRecord ? standard : name;
+  return db::currentMlineStyle(editor.database(), editor.variables());
 }
 
 const wchar_t* currentJustification(Editor& editor) {
@@ -31,10 +28,6 @@ void printSettings(Editor& editor) {
                shown(variableOr(editor.variables(), L"CMLSCALE", 1.0)) + L", Style = " + currentStyle(editor));
 }
 
-void set(Editor& editor, std::wstring_view variable, const db::VariableValue& value) {
-  if (const auto done = editor.variables().set(variable, value); !done) editor.report(done.error(), Fault::script);
-}
-
 // Every option gives the status of its last question.
 
 int askJustification(Editor& editor) {
@@ -44,7 +37,7 @@ int askJustification(Editor& editor) {
       std::wstring(L"Enter justification type [Top/Zero/Bottom] <") + currentJustification(editor) + L">: ", answer);
   if (status != kKdInputNormal) return status;
   for (int value = 0; value < 3; ++value) {
-    if (answer == kJustifications[value]) set(editor, L"CMLJUST", value);
+    if (answer == kJustifications[value]) storeVariable(editor, L"CMLJUST", value);
   }
   return status;
 }
@@ -52,7 +45,7 @@ int askJustification(Editor& editor) {
 int askScale(Editor& editor) {
   double scale = variableOr(editor.variables(), L"CMLSCALE", 1.0);
   const int status = editor.getReal(L"Enter mline scale <" + shown(scale) + L">: ", scale);
-  if (status == kKdInputNormal) set(editor, L"CMLSCALE", scale + 0.0);  // a zero has no sign
+  if (status == kKdInputNormal) storeVariable(editor, L"CMLSCALE", scale + 0.0);  // a zero has no sign
   return status;
 }
 
@@ -78,7 +71,7 @@ int askStyle(Editor& editor) {
     if (status != kKdInputNormal) return status;
     for (const std::wstring& name : db::mlineStyleNames(editor.database())) {
       if (!equalsIgnoringCase(name, answer)) continue;
-      set(editor, L"CMLSTYLE", name);
+      storeVariable(editor, L"CMLSTYLE", name);
       return status;
     }
     editor.report({ErrorCode::unknownName, utf8FromWide(L"there is no multiline style " + inQuotes(answer))}, Fault::script);

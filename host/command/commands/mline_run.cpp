@@ -42,7 +42,7 @@ bool MlineRun::runsBackAt(const KdGePoint3d& point) const {
 draw::DisplayList MlineRun::preview(const KdGePoint3d& point) const {
   const KdGePoint3d next = onPathLevel(point);
   db::Database& drawing = m_editor.database();
-  const dxf::RecordId style = db::findMlineStyle(drawing, currentStyleName());
+  const dxf::RecordId style = db::findMlineStyle(drawing, db::currentMlineStyle(drawing, m_editor.variables()));
   draw::DisplayList list;
   if (style == dxf::kNoRecord || next.isEqualTo(m_path.back()) || runsBackAt(next)) return list;
   std::vector<KdGePoint3d> path(m_path.end() - std::min<std::ptrdiff_t>(2, std::ssize(m_path)), m_path.end());
@@ -92,14 +92,9 @@ MlineRun::Step MlineRun::close() {
   return mline->setClosedMline(true) == KdStatus::ok ? Step::taken : fail();
 }
 
-std::wstring MlineRun::currentStyleName() const {
-  return variableOr(m_editor.variables(), L"CMLSTYLE", std::wstring(db::kStandardMlineStyle));
-}
-
-/// The current style; STANDARD where the drawing does not have it.
 Result<dxf::RecordId> MlineRun::currentStyle() {
   db::Database& drawing = m_editor.database();
-  const std::wstring name = currentStyleName();
+  const std::wstring name = db::currentMlineStyle(drawing, m_editor.variables());
   Result<dxf::RecordId> style = db::findMlineStyle(drawing, name);
   if (*style == dxf::kNoRecord) style = db::makeStandardMlineStyle(drawing);
   if (style && drawing.mlineStyle(*style).elements.empty()) {

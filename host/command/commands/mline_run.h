@@ -37,7 +37,7 @@ class MlineRun {
   Step begin();
   /// A multiline with the current settings along points, in no drawing; null when they do not make one.
   std::unique_ptr<KdDbMline> make(dxf::RecordId style, const std::vector<KdGePoint3d>& path) const;
-  std::wstring currentStyleName() const;
+  /// The style of new multilines, made where the drawing has none.
   Result<dxf::RecordId> currentStyle();
   Step refuse(const wchar_t* reason);
   Step fail();

@@ -59,7 +59,7 @@ void setVariable(Editor& editor, const std::wstring& name) {
     return editor.report({ErrorCode::invalidValue, utf8FromWide(inQuotes(text) + L" is no value for " + shownName)},
                          Fault::script);
   }
-  if (const auto set = editor.variables().set(name, *value); !set) editor.report(set.error(), Fault::script);
+  storeVariable(editor, name, *value);
 }
 
 }  // namespace torva::command
