@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/export.h"
+
 namespace torva {
 
 /// Reads a real number as drawing files and users write it: blanks around, exponents with e, E, d or D, independent of the
@@ -19,7 +21,7 @@ std::optional<std::int64_t> parseInteger(std::string_view text);
 std::optional<std::uint64_t> parseHandle(std::string_view text);
 
 /// The shortest text that reads back as the same value, at least one digit after a decimal point ("1.0", "2.5E-16").
-std::string formatReal(double value);
+TORVA_API std::string formatReal(double value);
 
 /// Capital hexadecimal digits without leading zeros.
 std::string formatHandle(std::uint64_t handle);

@@ -62,6 +62,19 @@ view::Picker& Editor::picker() {
   return *m_picker;
 }
 
+bool Editor::showExtents() {
+  constexpr double kMargin = 0.02;  // share of the size that stays free at each side
+  const geom::Box3 boxWcs = picker().extents();
+  if (boxWcs.isEmpty()) return false;
+  geom::Box3 boxDcs;
+  for (int corner = 0; corner < 8; ++corner) {
+    boxDcs.add(view().toDisplay({corner & 1 ? boxWcs.max.x : boxWcs.min.x, corner & 2 ? boxWcs.max.y : boxWcs.min.y,
+                                 corner & 4 ? boxWcs.max.z : boxWcs.min.z}));
+  }
+  view().fit(boxDcs, kMargin);
+  return true;
+}
+
 void Editor::setViewport(int widthPx, int heightPx) {
   m_widthPx = widthPx;
   m_heightPx = heightPx;

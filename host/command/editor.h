@@ -66,6 +66,8 @@ class TORVA_API Editor {
   /// The view of the drawing and the picker in it; made when first asked for.
   view::View& view();
   view::Picker& picker();
+  /// Shows all that is drawn, with a margin. @return false when nothing is; the view stays then
+  bool showExtents();
   CommandStack& commands() { return m_commands; }
   /// Size of the viewport that drawings are shown in, in pixels; 1000 x 1000 at first.
   void setViewport(int widthPx, int heightPx);

@@ -35,7 +35,7 @@ struct OpenedDrawing {
 using DrawingOpener = std::function<Result<OpenedDrawing>(const OpeningRequest&)>;
 
 /// Opens the drawing alone: what needs no picker is spared its cost.
-Result<OpenedDrawing> openDatabase(const OpeningRequest& request, const Progress& progress = {});
+TORVA_API Result<OpenedDrawing> openDatabase(const OpeningRequest& request, const Progress& progress = {});
 
 /// Opens the drawing and builds the picker's tree.
 TORVA_API Result<OpenedDrawing> openWithPicker(const OpeningRequest& request, const Progress& progress = {});

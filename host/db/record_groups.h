@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "base/export.h"
 #include "dxf/drawing_file.h"
 
 namespace torva::db {
@@ -11,7 +12,7 @@ namespace torva::db {
 dxf::Handle ownerHandle(dxf::Groups groups);
 
 /// The first value of a group code in a record; empty when it has none.
-std::wstring firstText(const dxf::DrawingFile& file, dxf::RecordId record, int code);
+TORVA_API std::wstring firstText(const dxf::DrawingFile& file, dxf::RecordId record, int code);
 std::optional<dxf::Group> firstGroup(dxf::Groups groups, int code);
 
 /// Whether two records have the same groups with the same values, however these are written.

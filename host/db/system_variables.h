@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "base/export.h"
 #include "base/result.h"
 
 #include <kdrx/ge.h>
@@ -20,7 +21,7 @@ using VariableValue = std::variant<int, double, std::wstring, KdGePoint3d>;
 enum class VariableHome { drawing, profile, session };
 
 /// The system variables: one table says name, type, home, range and first value.
-class SystemVariables {
+class TORVA_API SystemVariables {
  public:
   /// `drawing` may be null; variables of the drawing then have their first values and cannot be set.
   explicit SystemVariables(Database* drawing);

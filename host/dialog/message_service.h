@@ -26,7 +26,7 @@ class TORVA_API MessageService {
 };
 
 /// Shows a message box to the service that answers, or to the user when there is none.
-int showMessage(QWidget* parent, const std::wstring& text, const std::wstring& title, unsigned type);
-void beep();
+TORVA_API int showMessage(QWidget* parent, const std::wstring& text, const std::wstring& title, unsigned type);
+TORVA_API void beep();
 
 }  // namespace torva::dialog

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/export.h"
 #include "base/result.h"
 #include "base/watch.h"
 #include "dxf/file_identity.h"
@@ -41,7 +42,7 @@ class Snapshot {
 
  private:
   friend class DrawingFile;
-  class Imp;
+  class TORVA_INTERNAL Imp;
   explicit Snapshot(std::unique_ptr<Imp> imp);
   std::unique_ptr<Imp> m_imp;
 };
@@ -52,7 +53,7 @@ class Snapshot {
 /// The file's content is safe from other programs while it is open: it is read through a map under a read lease of the
 /// kernel, and copied into memory before another program's first write goes through; where no lease can be had it is read in
 /// at once.
-class DrawingFile {
+class TORVA_API DrawingFile {
  public:
   /// Opens a drawing in the text or binary form, R12 to R2018.
   /// @param[out] findings what was found wrong and mended, appended
@@ -163,7 +164,7 @@ class DrawingFile {
   Result<void> save(const std::string& path, const SaveOptions& options);
 
  private:
-  class Imp;
+  class TORVA_INTERNAL Imp;
   explicit DrawingFile(std::unique_ptr<Imp> imp);
   std::unique_ptr<Imp> m_imp;
 };

@@ -10,8 +10,6 @@ namespace torva::command {
 
 namespace {
 
-constexpr double kExtentsMargin = 0.02;  // share of the size that stays free at each side
-
 /// Sets the view unless the height is no usable one (zero, or beyond all numbers).
 void show(Editor& editor, const KdGePoint3d& centerDcs, double height) {
   if (!std::isfinite(height) || !std::isnormal(height) || height <= 0) {
@@ -31,14 +29,7 @@ void zoomCenter(Editor& editor) {
 }
 
 void zoomExtents(Editor& editor) {
-  const geom::Box3 boxWcs = editor.picker().extents();
-  if (boxWcs.isEmpty()) return editor.print(L"Nothing is drawn.");
-  geom::Box3 boxDcs;
-  for (int corner = 0; corner < 8; ++corner) {
-    boxDcs.add(editor.view().toDisplay({corner & 1 ? boxWcs.max.x : boxWcs.min.x, corner & 2 ? boxWcs.max.y : boxWcs.min.y,
-                                        corner & 4 ? boxWcs.max.z : boxWcs.min.z}));
-  }
-  editor.view().fit(boxDcs, kExtentsMargin);
+  if (!editor.showExtents()) editor.print(L"Nothing is drawn.");
 }
 
 void zoomWindow(Editor& editor, const KdGePoint3d& first) {

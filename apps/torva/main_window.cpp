@@ -1,0 +1,339 @@
+#include "main_window.h"
+
+#include "answers.h"
+#include "base/text.h"
+#include "command/variable_access.h"
+#include "dialog/message_service.h"
+#include "help_window.h"
+#include "layers_panel.h"
+#include "menu_entries.h"
+#include "printing.h"
+
+#include <kdrx/ui.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTimer>
+
+using torva::command::Fault;
+
+namespace {
+
+constexpr char kSection[] = "Window";
+constexpr QSize kFirstSize(1280, 860);
+constexpr char kDrawings[] = "Drawings (*.dxf *.DXF)";
+
+QString nameOf(const torva::db::Database& drawing) {
+  const QString path = QString::fromStdString(drawing.file().path());
+  return path.isEmpty() ? MainWindow::tr("unnamed") : QFileInfo(path).fileName();
+}
+
+}  // namespace
+
+MainWindow::MainWindow(torva::runtime::Host& host, WindowSource& source, CommandLine* commandLine)
+    : m_host(host),
+      m_editor(host.editor()),
+      m_source(source),
+      m_commandLine(commandLine),
+      m_canvas(new Canvas(host.editor(), source, this)),
+      m_properties(new PropertiesPanel(host.editor(), source, this)),
+      m_opener(*this),
+      m_autosave(host.editor(), source),
+      m_recentFiles(host.profile()),
+      m_coordinates(new QLabel(this)) {
+  setObjectName("mainWindow");
+  setAcceptDrops(true);
+  setCentralWidget(m_canvas);
+
+  auto* dock = new QDockWidget(tr("Command line"), this);
+  dock->setObjectName("commandLineDock");
+  dock->setFeatures(QDockWidget::DockWidgetMovable);
+  dock->setWidget(m_commandLine);
+  addDockWidget(Qt::BottomDockWidgetArea, dock);
+  statusBar()->addPermanentWidget(m_coordinates);
+
+  addPanels();
+  fillMenus();
+  restoreLook();
+  m_editor.setOpener([this](const torva::command::OpeningRequest& request) { return m_opener.open(request); });
+
+  QStringList names;
+  for (const std::wstring& name : m_host.commandNames()) names << QString::fromStdWString(name);
+  for (const std::wstring& name : m_editor.variables().names()) names << QString::fromStdWString(name);
+  m_commandLine->setNames(names);
+
+  connect(m_canvas, &Canvas::cursorMoved, this, [this](const KdGePoint3d& point) {
+    m_coordinates->setText(QString("%1, %2, %3").arg(point.x, 0, 'f', 4).arg(point.y, 0, 'f', 4).arg(point.z, 0, 'f', 4));
+  });
+  connect(&m_source, &WindowSource::asked, this, [this] {
+    showTitle();
+    noteFile();
+  });
+  connect(m_canvas, &Canvas::selectionChanged, m_properties, &PropertiesPanel::refresh);
+  connect(&m_autosave, &Autosave::fileChanged, this, [this](const QString& path) {
+    m_editor.report({torva::ErrorCode::fileChangedOnDisk, "another program changed the file", path.toStdString()},
+                    Fault::none);
+  });
+  QTimer::singleShot(0, this, &MainWindow::offerLeftDrawings);
+}
+
+MainWindow::~MainWindow() {
+  m_editor.setOpener([](const torva::command::OpeningRequest& request) { return torva::command::openDatabase(request); });
+}
+
+void MainWindow::addPanels() {
+  const auto add = [this](QWidget* panel, const QString& title, const char* name) {
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(name);
+    dock->setWidget(panel);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+  };
+  add(m_properties, tr("Properties"), "propertiesDock");
+  add(new LayersPanel(m_editor, m_source, this), tr("Layers"), "layersDock");
+}
+
+void MainWindow::fillMenus() {
+  MenuEntries entries(*this, m_source);
+  QMenu& file = entries.menu(tr("&File"));
+  entries.command(file, tr("&New"), L"NEW", QKeySequence::New);
+  entries.action(
+      file, tr("&Open..."), [this] { chooseAndOpen(); }, QKeySequence::Open);
+  entries.action(
+      file, tr("&Save"), [this] { save(); }, QKeySequence::Save);
+  entries.action(
+      file, tr("Save &as..."), [this] { saveAs(); }, QKeySequence::SaveAs);
+  file.addSeparator();
+  addPlotEntries(file);
+  file.addSeparator();
+  fillRecentFiles(*file.addMenu(tr("&Recent files")));
+  file.addSeparator();
+  entries.action(
+      file, tr("E&xit"), [this] { close(); }, QKeySequence::Quit);
+
+  QMenu& edit = entries.menu(tr("&Edit"));
+  entries.command(edit, tr("&Undo"), L"U", QKeySequence::Undo);
+  entries.command(edit, tr("&Redo"), L"REDO", QKeySequence::Redo);
+  edit.addSeparator();
+  entries.command(edit, tr("&Erase"), L"ERASE", QKeySequence::Delete);
+  entries.command(edit, tr("&Move"), L"MOVE");
+  entries.command(edit, tr("&Copy"), L"COPY");
+  entries.command(edit, tr("E&xplode"), L"EXPLODE");
+  entries.command(edit, tr("&List"), L"LIST");
+
+  QMenu& view = entries.menu(tr("&View"));
+  entries.action(view, tr("Zoom &extents"), [this] { m_canvas->zoomExtents(); });
+  entries.command(view, tr("Zoom &window"), L"ZOOM W");
+  view.addSeparator();
+  addLookEntries(view);
+
+  QMenu& draw = entries.menu(tr("&Draw"));
+  entries.command(draw, tr("&Multiline"), L"MLINE");
+  entries.command(draw, tr("&Line"), L"LINE");
+  entries.command(draw, tr("&Circle"), L"CIRCLE");
+
+  QMenu& multiline = entries.menu(tr("&Multiline"));
+  entries.command(multiline, tr("Edit &tools..."), L"MLEDIT");
+  entries.command(multiline, tr("&Styles..."), L"MLSTYLE");
+  multiline.addSeparator();
+  entries.multilineTools(multiline);
+
+  QMenu& help = entries.menu(tr("&Help"));
+  entries.action(
+      help, tr("&User guide"), [this] { showHelp(); }, QKeySequence::HelpContents);
+  entries.command(help, tr("&Commands"), L"HELP");
+}
+
+void MainWindow::addPlotEntries(QMenu& menu) {
+  for (const char* ending : {"pdf", "svg", "png"}) {
+    connect(menu.addAction(tr("Plot to %1...").arg(QString(ending).toUpper())), &QAction::triggered, this,
+            [this, ending] { plot(ending); });
+  }
+  auto* toPrinter = menu.addAction(tr("&Print..."));
+  toPrinter->setShortcut(QKeySequence::Print);
+  connect(toPrinter, &QAction::triggered, this, &MainWindow::print);
+}
+
+void MainWindow::addLookEntries(QMenu& menu) {
+  auto* dark = menu.addAction(tr("&Dark background"));
+  dark->setObjectName("darkBackground");
+  dark->setCheckable(true);
+  connect(dark, &QAction::toggled, this, [this](bool isDark) { setGround(isDark ? Ground::dark : Ground::light); });
+  auto* weights = menu.addAction(tr("Line &weights"));
+  weights->setCheckable(true);
+  connect(weights, &QAction::toggled, m_canvas, &Canvas::setShowsLineweights);
+}
+
+void MainWindow::restoreLook() {
+  const auto kept = [&](const char* key) {
+    const QString text = QString::fromStdWString(m_host.profile().text(kSection, key).value_or(L""));
+    return QByteArray::fromBase64(text.toLatin1());
+  };
+  if (!restoreGeometry(kept("Geometry"))) resize(kFirstSize);
+  restoreState(kept("State"));
+  auto* dark = findChild<QAction*>("darkBackground");
+  dark->setChecked(m_host.profile().integer(kSection, "DarkBackground").value_or(1) != 0);
+  setGround(dark->isChecked() ? Ground::dark : Ground::light);
+}
+
+void MainWindow::keepLook() {
+  auto& profile = m_host.profile();
+  const auto keep = [&](const char* key, const QByteArray& bytes) {
+    return profile.setText(kSection, key, QString::fromLatin1(bytes.toBase64()).toStdWString()).has_value();
+  };
+  const bool isDark = findChild<QAction*>("darkBackground")->isChecked();
+  const bool isKept = keep("Geometry", saveGeometry()) && keep("State", saveState()) &&
+                      profile.setInteger(kSection, "DarkBackground", isDark ? 1 : 0).has_value();
+  if (!isKept) m_editor.print(L"The window's look cannot be kept.");
+}
+
+void MainWindow::setGround(Ground ground) {
+  m_canvas->setGround(ground);
+}
+
+void MainWindow::showTitle() {
+  const torva::db::Database& drawing = m_editor.database();
+  setWindowTitle(nameOf(drawing) + "[*] - TORVA multilines");
+  setWindowModified(m_editor.hasUnsavedChanges());
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  m_commandLine->takeKey(event);
+}
+
+// Files.
+
+void MainWindow::chooseAndOpen() {
+  const QString path = QFileDialog::getOpenFileName(this, tr("Open a drawing"), {}, kDrawings);
+  if (!path.isEmpty()) open(path);
+}
+
+void MainWindow::open(const QString& path) {
+  if (!mayLeaveDrawing()) return;
+  const bool isDiscarded = m_editor.hasUnsavedChanges();
+  m_source.giveCommand((isDiscarded ? L"OPEN Yes " : L"OPEN ") + quoted(path.toStdWString()));
+}
+
+void MainWindow::save() {
+  if (m_editor.database().file().path().empty()) return saveAs();
+  m_source.giveCommand(L"QSAVE");
+}
+
+void MainWindow::saveAs() {
+  const QString path = QFileDialog::getSaveFileName(this, tr("Save the drawing as"), {}, kDrawings);
+  // The chooser has asked already whether a file is to be replaced.
+  if (!path.isEmpty())
+    m_source.giveCommand(L"SAVEAS " + quoted(path.toStdWString()) + (QFileInfo::exists(path) ? L" Yes" : L""));
+}
+
+bool MainWindow::saveNow() {
+  std::string path = m_editor.database().file().path();
+  if (path.empty()) path = QFileDialog::getSaveFileName(this, tr("Save the drawing as"), {}, kDrawings).toStdString();
+  if (path.empty()) return false;
+  const auto saved = m_host.saveDrawing(path);
+  if (saved) return true;
+  torva::dialog::showMessage(this, torva::wideFromUtf8(saved.error().message()), windowTitle().toStdWString(),
+                             MB_OK | MB_ICONERROR);
+  return false;
+}
+
+bool MainWindow::mayLeaveDrawing() {
+  if (!m_editor.hasUnsavedChanges()) return true;
+  const QString question = tr("Save the changes to %1?").arg(nameOf(m_editor.database()));
+  switch (torva::dialog::showMessage(this, question.toStdWString(), L"TORVA multilines", MB_YESNOCANCEL | MB_ICONQUESTION)) {
+    case IDYES:
+      return saveNow();
+    case IDNO:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  // While a command works, nothing can be asked of the drawing.
+  if (!m_source.question() || !mayLeaveDrawing()) return event->ignore();
+  keepLook();
+  m_source.close();
+  event->accept();
+}
+
+/// The list is made each time it is shown: other windows open files too.
+void MainWindow::fillRecentFiles(QMenu& menu) {
+  connect(&menu, &QMenu::aboutToShow, this, [this, &menu] {
+    menu.clear();
+    for (const std::string& path : m_recentFiles.list()) {
+      const QString name = QString::fromStdString(path);
+      connect(menu.addAction(name), &QAction::triggered, this, [this, name] { open(name); });
+    }
+    if (menu.isEmpty()) menu.addAction(tr("none"))->setEnabled(false);
+  });
+}
+
+/// Puts a file that was opened or saved among the recent ones.
+void MainWindow::noteFile() {
+  const std::string& path = m_editor.database().file().path();
+  if (path.empty() || path == std::exchange(m_notedPath, path)) return;
+  if (const auto kept = m_recentFiles.add(path); !kept) m_editor.report(kept.error(), Fault::none);
+}
+
+/// Drawings that a program left which did not come to its end.
+void MainWindow::offerLeftDrawings() {
+  for (const auto& left : m_autosave.recovery().list()) {
+    const QString of = left.original.path.empty() ? tr("an unnamed drawing") : QString::fromStdString(left.original.path);
+    const QString when = QLocale().toString(QDateTime::fromSecsSinceEpoch(left.keptAt), QLocale::ShortFormat);
+    const QString question =
+        tr("TORVA multilines did not end as it should. There is an unsaved state of %1, kept on %2. Open it?").arg(of, when);
+    const int answer =
+        torva::dialog::showMessage(this, question.toStdWString(), L"TORVA multilines", MB_YESNOCANCEL | MB_ICONQUESTION);
+    if (answer == IDYES) return recover(left);
+    if (answer == IDNO) report(m_autosave.recovery().discard(left));
+  }
+}
+
+void MainWindow::recover(const torva::runtime::LeftDrawing& left) {
+  auto opened = m_editor.openCopy(left.copy, left.original);
+  if (opened) opened = m_autosave.recovery().take(left);
+  report(opened);
+  m_source.giveCommand(L"ZOOM E");
+}
+
+void MainWindow::report(const torva::Result<void>& result) {
+  if (!result) m_editor.report(result.error(), Fault::drawing);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QList<QUrl> urls = event->mimeData()->urls();
+  if (!urls.isEmpty() && urls.first().isLocalFile()) open(urls.first().toLocalFile());
+}
+
+void MainWindow::plot(const QString& ending) {
+  const QString path = QFileDialog::getSaveFileName(this, tr("Plot to"), {}, QString("*.%1").arg(ending));
+  if (path.isEmpty()) return;
+  const QString whole = QFileInfo(path).suffix().isEmpty() ? path + '.' + ending : path;
+  m_source.giveCommand(L"PLOT " + quoted(whole.toStdWString()));
+}
+
+void MainWindow::print() {
+  printView(*this, m_editor);
+}
+
+void MainWindow::showHelp() {
+  if (!m_help) m_help = new HelpWindow(QString::fromStdString(m_host.guideFolder()), this);
+  m_help->showPageOf(QString::fromStdWString(m_editor.runningTool()));
+}

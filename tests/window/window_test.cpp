@@ -1,0 +1,139 @@
+#include <gmock/gmock.h>
+
+#include "layers_panel.h"
+#include "window/window_driver.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QTreeWidget>
+
+namespace {
+
+using testing::HasSubstr;
+using torva::command::Question;
+
+// Picks in samples/closed-cross.dxf, each in the middle of an element.
+constexpr double kFirstX = 1725, kFirstY = 900, kSecondX = 900, kSecondY = 2200;
+
+class Window : public WindowTest {
+ protected:
+  /// Presses a picture of the dialog that comes next.
+  Step pressNext(const QString& button) {
+    return [=, this] {
+      withNextDialog([button](QDialog& dialog) {
+        auto* picture = dialog.findChild<QAbstractButton*>(button);
+        ASSERT_TRUE(picture) << button.toStdString();
+        QTest::mouseClick(picture, Qt::LeftButton);
+      });
+      source.giveCommand(L"MLEDIT");
+    };
+  }
+  Step expectKind(Question::Kind kind) {
+    return [=, this] { EXPECT_EQ(source.question()->kind, kind); };
+  }
+  Step expectChanged(bool isExpected) {
+    return [=, this] { EXPECT_EQ(isChanged(), isExpected); };
+  }
+  Step give(const std::wstring& line) {
+    return [=, this] { source.giveCommand(line); };
+  }
+  Step zoomExtents() {
+    return [this] { window->canvas().zoomExtents(); };
+  }
+};
+
+TEST_F(Window, aToolPickedByItsPictureIsUsedWithTheMouseUndoneAndSaved) {
+  openSample("closed-cross.dxf");
+  std::string edited;
+  const std::string path = folder.path("saved.dxf");
+  run({zoomExtents(), pressNext("ClosedCross"), expectKind(Question::Kind::entity), click(kFirstX, kFirstY),
+       click(kSecondX, kSecondY), rightClick(), expectKind(Question::Kind::command), expectChanged(true),
+       [&] { edited = drawing().file().toBytes(); }, give(L"U"), expectChanged(false), give(L"REDO"),
+       give(L"SAVEAS \"" + std::wstring(path.begin(), path.end()) + L"\""),
+       give(L"OPEN \"" + std::wstring(path.begin(), path.end()) + L"\""),
+       [&] { EXPECT_EQ(drawing().file().toBytes(), edited); }});
+  EXPECT_EQ(faults, "");
+}
+
+TEST_F(Window, escapeLeavesTheDrawingAsItWasAtEveryPrompt) {
+  openSample("closed-cross.dxf");
+  run({zoomExtents(), give(L"-MLEDIT"), key(Qt::Key_Escape), expectKind(Question::Kind::command), give(L"-MLEDIT CC"),
+       key(Qt::Key_Escape), expectKind(Question::Kind::command), give(L"-MLEDIT CC"), click(kFirstX, kFirstY),
+       key(Qt::Key_Escape), expectKind(Question::Kind::command), expectChanged(false)});
+  EXPECT_TRUE(drawing().openObjects().empty());
+}
+
+TEST_F(Window, everyPictureStartsItsTool) {
+  openSample("closed-cross.dxf");
+  constexpr const char* kButtons[] = {"ClosedCross", "OpenCross", "MergedCross",  "ClosedTee", "OpenTee", "MergedTee",
+                                      "CornerJoint", "AddVertex", "DeleteVertex", "CutSingle", "CutAll",  "WeldAll"};
+  constexpr const wchar_t* kTools[] = {L"CC", L"OC", L"MC", L"CT", L"OT", L"MT", L"CJ", L"AV", L"DV", L"CS", L"CA", L"WA"};
+  std::vector<Step> steps;
+  for (int i = 0; i < 12; ++i) {
+    steps.push_back(pressNext(kButtons[i]));
+    steps.push_back([this, tool = kTools[i]] { EXPECT_EQ(editor().runningTool(), std::wstring(L"-MLEDIT ") + tool); });
+    steps.push_back(key(Qt::Key_Escape));
+  }
+  steps.push_back(pressNext("Close"));
+  steps.push_back(expectKind(Question::Kind::command));
+  run(steps);
+}
+
+TEST_F(Window, whatIsTypedAnywhereIsAnAnswer) {
+  run({keys("line 0,0 10,0"), key(Qt::Key_Return), key(Qt::Key_Space), expectKind(Question::Kind::command),
+       // Enter runs the last command again.
+       key(Qt::Key_Return), [this] { EXPECT_EQ(editor().runningTool(), L"LINE"); }, key(Qt::Key_Escape),
+       // The last answer comes back.
+       key(Qt::Key_Up), [this] { EXPECT_EQ(window->findChild<QLineEdit*>("answer")->text(), "10,0"); }, key(Qt::Key_Escape),
+       give(L"ZOOM"),
+       [this] {
+         // A keyword of the prompt is a link to itself.
+         EXPECT_THAT(
+             promptWithLinks({Question::Kind::point, L"Next point or [Close/Undo]: ", {L"Close", L"Undo"}}).toStdString(),
+             HasSubstr("<a href=\"Undo\">Undo</a>"));
+       },
+       key(Qt::Key_Escape)});
+  EXPECT_THAT(transcript().toStdString(), HasSubstr("Specify first point: 0,0"));
+}
+
+TEST_F(Window, entitiesChosenFirstAreErasedByTheDeleteKey) {
+  openSample("closed-cross.dxf");
+  const auto chosen = [this] { return editor().pickedFirst().size(); };
+  run({zoomExtents(), click(kFirstX, kFirstY), [&] { EXPECT_EQ(chosen(), 1u); }, click(kFirstX, kFirstY, Qt::ShiftModifier),
+       [&] { EXPECT_EQ(chosen(), 0u); },
+       // From the right a window takes what it touches, from the left what lies in it.
+       drag(2300, 1300, 1200, 1100), [&] { EXPECT_EQ(chosen(), 1u); }, drag(1200, 1100, 2300, 1300),
+       [&] { EXPECT_EQ(chosen(), 1u); }, [this] { window->findChild<QAction*>("ERASE")->trigger(); }, expectChanged(true),
+       [&] { EXPECT_EQ(chosen(), 0u); }});
+}
+
+TEST_F(Window, theResultIsShownBeforeTheSecondPick) {
+  openSample("closed-cross.dxf");
+  run({zoomExtents(), give(L"-MLEDIT CC"), click(kFirstX, kFirstY), hover(10, 10),
+       [&] { EXPECT_TRUE(QTest::qWaitFor([this] { return window->canvas().isComplete(); })); }, hover(kSecondX, kSecondY),
+       [&] { EXPECT_TRUE(QTest::qWaitFor([this] { return !window->canvas().preview().primitives.empty(); })); },
+       expectChanged(false), key(Qt::Key_Escape), [&] { EXPECT_TRUE(window->canvas().preview().primitives.empty()); }});
+}
+
+TEST_F(Window, layersAreChangedByTheirMarks) {
+  openSample("floor-plan.dxf");
+  auto* layers = window->findChild<QTreeWidget*>("layers");
+  const auto click = [layers](const QString& name, int column) {
+    return [=] {
+      const auto found = layers->findItems(name, Qt::MatchExactly);
+      ASSERT_EQ(found.size(), 1);
+      emit layers->itemClicked(found.first(), column);
+    };
+  };
+  const auto walls = [this] {
+    for (const auto& layer : torva::db::readLayers(drawing())) {
+      if (layer.name == L"WALLS") return layer;
+    }
+    return torva::db::LayerData();
+  };
+  run({click("WALLS", LayersPanel::kOn), [&] { EXPECT_TRUE(walls().isOff); }, click("WALLS", LayersPanel::kLocked),
+       [&] { EXPECT_TRUE(walls().isLocked); }, click("WALLS", LayersPanel::kOn), [&] { EXPECT_FALSE(walls().isOff); }});
+  EXPECT_EQ(faults, "");
+}
+
+}  // namespace
