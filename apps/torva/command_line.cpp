@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStringListModel>
 #include <QVBoxLayout>
@@ -133,6 +134,9 @@ void CommandLine::show(const Question& question) {
 }
 
 void CommandLine::takeKey(QKeyEvent* event) {
+  // What the answer does not want comes back through the window.
+  if (m_isHandingOn) return event->ignore();
+  const QScopedValueRollback<bool> handingOn(m_isHandingOn, true);
   m_answer->setFocus(Qt::OtherFocusReason);
   QApplication::sendEvent(m_answer, event);
 }

@@ -68,6 +68,7 @@ class CommandLine final : public QWidget {
   QLabel* m_prompt;
   AnswerEdit* m_answer;
   QStringList m_names;
+  bool m_isHandingOn = false;  // a key of the window to the answer
 };
 
 /// The prompt as rich text: the keywords that it names in brackets are links to themselves.

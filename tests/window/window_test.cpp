@@ -80,7 +80,8 @@ TEST_F(Window, everyPictureStartsItsTool) {
 }
 
 TEST_F(Window, whatIsTypedAnywhereIsAnAnswer) {
-  run({keys("line 0,0 10,0"), key(Qt::Key_Return), key(Qt::Key_Space), expectKind(Question::Kind::command),
+  run({key(Qt::Key_Shift), keys("line 0,0 10,0"), key(Qt::Key_Return), key(Qt::Key_Space),
+       expectKind(Question::Kind::command),
        // Enter runs the last command again.
        key(Qt::Key_Return), [this] { EXPECT_EQ(editor().runningTool(), L"LINE"); }, key(Qt::Key_Escape),
        // The last answer comes back.
