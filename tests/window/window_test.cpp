@@ -87,7 +87,7 @@ TEST_F(Window, whatIsTypedAnywhereIsAnAnswer) {
        // The last answer comes back.
        key(Qt::Key_Up), [this] { EXPECT_EQ(window->findChild<QLineEdit*>("answer")->text(), "10,0"); }, key(Qt::Key_Escape),
        give(L"ZOOM"),
-       [this] {
+       [] {
          // A keyword of the prompt is a link to itself.
          EXPECT_THAT(
              promptWithLinks({Question::Kind::point, L"Next point or [Close/Undo]: ", {L"Close", L"Undo"}}).toStdString(),
