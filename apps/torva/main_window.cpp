@@ -80,13 +80,16 @@ MainWindow::MainWindow(torva::runtime::Host& host, WindowSource& source, Command
   connect(&m_source, &WindowSource::asked, this, [this] {
     showTitle();
     noteFile();
+    // Not before the drawing is there that the program was started with: it would take the place of what is recovered.
+    if (m_source.isIdle() && !std::exchange(m_hasOfferedLeft, true)) {
+      QTimer::singleShot(0, this, &MainWindow::offerLeftDrawings);
+    }
   });
   connect(m_canvas, &Canvas::selectionChanged, m_properties, &PropertiesPanel::refresh);
   connect(&m_autosave, &Autosave::fileChanged, this, [this](const QString& path) {
     m_editor.report({torva::ErrorCode::fileChangedOnDisk, "another program changed the file", path.toStdString()},
                     Fault::none);
   });
-  QTimer::singleShot(0, this, &MainWindow::offerLeftDrawings);
 }
 
 MainWindow::~MainWindow() {
@@ -232,9 +235,11 @@ void MainWindow::save() {
 
 void MainWindow::saveAs() {
   const QString path = QFileDialog::getSaveFileName(this, tr("Save the drawing as"), {}, kDrawings);
-  // The chooser has asked already whether a file is to be replaced.
-  if (!path.isEmpty())
-    m_source.giveCommand(L"SAVEAS " + quoted(path.toStdWString()) + (QFileInfo::exists(path) ? L" Yes" : L""));
+  if (path.isEmpty()) return;
+  // The chooser has asked already whether a file is to be replaced; the command asks for any but the drawing's own.
+  const QFileInfo chosen(path), own(QString::fromStdString(m_editor.database().file().path()));
+  const bool isAsked = chosen.exists() && chosen != own;
+  m_source.giveCommand(L"SAVEAS " + quoted(path.toStdWString()) + (isAsked ? L" Yes" : L""));
 }
 
 bool MainWindow::saveNow() {
@@ -303,7 +308,10 @@ void MainWindow::offerLeftDrawings() {
 }
 
 void MainWindow::recover(const torva::runtime::LeftDrawing& left) {
+  // Events are handled meanwhile, and no command holds the drawing.
+  setEnabled(false);
   auto opened = m_editor.openCopy(left.copy, left.original);
+  setEnabled(true);
   if (opened) opened = m_autosave.recovery().take(left);
   report(opened);
   m_source.giveCommand(L"ZOOM E");

@@ -71,6 +71,7 @@ class MainWindow final : public QMainWindow {
   Autosave m_autosave;
   torva::runtime::RecentFiles m_recentFiles;
   std::string m_notedPath;
+  bool m_hasOfferedLeft = false;
   QLabel* m_coordinates;
   HelpWindow* m_help = nullptr;
 };

@@ -21,6 +21,8 @@ class WindowSource final : public QObject, public torva::command::InputSource {
   /// The question that waits for an answer; null while a command works.
   const torva::command::Question* question() const { return m_question; }
   bool isAtCommandPrompt() const;
+  /// Whether no command runs and none has been given.
+  bool isIdle() const { return isAtCommandPrompt() && m_lines.empty(); }
 
   /// Answers the question at hand, or the next one. An empty line at the command prompt runs the last command again.
   void answer(std::wstring line);

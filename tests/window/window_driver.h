@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <stdlib.h>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ class WindowTest : public DialogTest {
   using Step = std::function<void()>;
 
   WindowTest() {
+    ::setenv("XDG_STATE_HOME", folder.path("state").c_str(), 1);
     torva::runtime::HostOptions options;
     options.profileFolder = folder.path("profile");
     options.programFolder = TORVA_BINARY_DIR "/bin";

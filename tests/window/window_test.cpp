@@ -1,7 +1,14 @@
 #include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include "dialog/message_service.h"
 #include "layers_panel.h"
+#include "runtime/folders.h"
+#include "runtime/recovery.h"
 #include "window/window_driver.h"
+
+#include <kdrx/ui.h>
 
 #include <QAbstractButton>
 #include <QAction>
@@ -114,6 +121,35 @@ TEST_F(Window, theResultIsShownBeforeTheSecondPick) {
        [&] { EXPECT_TRUE(QTest::qWaitFor([this] { return window->canvas().isComplete(); })); }, hover(kSecondX, kSecondY),
        [&] { EXPECT_TRUE(QTest::qWaitFor([this] { return !window->canvas().preview().primitives.empty(); })); },
        expectChanged(false), key(Qt::Key_Escape), [&] { EXPECT_TRUE(window->canvas().preview().primitives.empty()); }});
+}
+
+TEST_F(Window, whatACrashedProgramLeftIsOpenedBehindTheDrawingThatIsAskedFor) {
+  struct SaysYes final : torva::dialog::MessageService {
+    int show(QWidget*, const std::wstring&, const std::wstring&, unsigned) override { return ++asked, IDYES; }
+    void beep() override {}
+    int asked = 0;
+  } user;
+  const std::string original = TORVA_SOURCE_DIR "/samples/closed-cross.dxf";
+  if (const pid_t crashed = ::fork(); crashed == 0) {
+    std::vector<torva::dxf::Finding> findings;
+    auto drawing = torva::db::Database::open(original, torva::dxf::DamagePolicy::refuse, findings);
+    (*drawing)->setErased((*drawing)->file().find(0x47), true);
+    torva::runtime::Recovery recovery(torva::runtime::defaultRecoveryFolder());
+    const bool isKept = recovery.keep(**drawing).has_value() && recovery.finish().has_value();
+    ::_exit(isKept ? 0 : 1);
+  } else {
+    int status = -1;
+    ASSERT_EQ(::waitpid(crashed, &status, 0), crashed);
+    ASSERT_EQ(status, 0);
+  }
+  source.answer(L"OPEN \"" + std::wstring(original.begin(), original.end()) + L"\"");
+  run({});
+  EXPECT_TRUE(editor().hasUnsavedChanges());
+  const torva::dxf::RecordId erased = drawing().file().find(0x47);
+  EXPECT_TRUE(erased == torva::dxf::kNoRecord || drawing().file().isErased(erased));
+  EXPECT_EQ(faults, "");
+  EXPECT_EQ(user.asked, 1);
+  EXPECT_EQ(drawing().file().path(), original);
 }
 
 TEST_F(Window, layersAreChangedByTheirMarks) {
