@@ -55,6 +55,15 @@ void AnswerEdit::setCompletions(const QStringList& words) {
   m_words->setStringList(words);
 }
 
+bool AnswerEdit::event(QEvent* event) {
+  // With nothing typed, undo, erase and the like are meant for the drawing.
+  if (event->type() == QEvent::ShortcutOverride && text().isEmpty()) {
+    event->ignore();
+    return false;
+  }
+  return QLineEdit::event(event);
+}
+
 void AnswerEdit::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:

@@ -30,6 +30,7 @@ class AnswerEdit final : public QLineEdit {
   void cancelled();
 
  protected:
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

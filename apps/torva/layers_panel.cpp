@@ -5,14 +5,18 @@
 
 #include <QColorDialog>
 #include <QHeaderView>
+#include <QPainter>
 
 namespace {
 
-constexpr int kSwatchPx = 14;
+constexpr int kSwatchPx = 14, kLeastWidthChars = 46;
 
 QIcon swatch(const QColor& color) {
   QPixmap pixmap(kSwatchPx, kSwatchPx);
-  pixmap.fill(color);
+  QPainter painter(&pixmap);
+  painter.setPen(Qt::gray);
+  painter.setBrush(color);
+  painter.drawRect(0, 0, kSwatchPx - 1, kSwatchPx - 1);
   return pixmap;
 }
 
@@ -35,6 +39,7 @@ LayersPanel::LayersPanel(torva::command::Editor& editor, WindowSource& source, Q
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setFocusPolicy(Qt::ClickFocus);
+  setMinimumWidth(kLeastWidthChars * fontMetrics().averageCharWidth());
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   header()->setSectionResizeMode(kName, QHeaderView::Stretch);

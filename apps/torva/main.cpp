@@ -60,6 +60,7 @@ ExitStatus run(const Arguments& arguments) {
     source.answer(L"ZOOM E");
   }
   (*host)->editor().run(source, OnFault::goOn);
+  window.keepLook();
   (*host)->stop();
   return kAllWell;
 }

@@ -62,6 +62,7 @@ MainWindow::MainWindow(torva::runtime::Host& host, WindowSource& source, Command
   dock->setFeatures(QDockWidget::DockWidgetMovable);
   dock->setWidget(m_commandLine);
   addDockWidget(Qt::BottomDockWidgetArea, dock);
+  resizeDocks({dock}, {dock->minimumSizeHint().height()}, Qt::Vertical);
   statusBar()->addPermanentWidget(m_coordinates);
 
   addPanels();
@@ -111,10 +112,10 @@ void MainWindow::fillMenus() {
   MenuEntries entries(*this, m_source);
   QMenu& file = entries.menu(tr("&File"));
   entries.command(file, tr("&New"), L"NEW", QKeySequence::New);
-  entries.action(
-      file, tr("&Open..."), [this] { chooseAndOpen(); }, QKeySequence::Open);
-  entries.action(
-      file, tr("&Save"), [this] { save(); }, QKeySequence::Save);
+  entries.asking(
+      file, tr("&Open..."), L"OPEN", [this] { chooseAndOpen(); }, QKeySequence::Open);
+  entries.asking(
+      file, tr("&Save"), L"QSAVE", [this] { save(); }, QKeySequence::Save);
   entries.action(
       file, tr("Save &as..."), [this] { saveAs(); }, QKeySequence::SaveAs);
   file.addSeparator();
@@ -136,7 +137,7 @@ void MainWindow::fillMenus() {
   entries.command(edit, tr("&List"), L"LIST");
 
   QMenu& view = entries.menu(tr("&View"));
-  entries.action(view, tr("Zoom &extents"), [this] { m_canvas->zoomExtents(); });
+  entries.asking(view, tr("Zoom &extents"), L"ZOOM E", [this] { m_canvas->zoomExtents(); });
   entries.command(view, tr("Zoom &window"), L"ZOOM W");
   view.addSeparator();
   addLookEntries(view);
@@ -156,6 +157,11 @@ void MainWindow::fillMenus() {
   entries.action(
       help, tr("&User guide"), [this] { showHelp(); }, QKeySequence::HelpContents);
   entries.command(help, tr("&Commands"), L"HELP");
+
+  entries.toolBar(tr("Standard"), "standardBar", {L"NEW", L"OPEN", L"QSAVE", L"", L"U", L"REDO", L"", L"ZOOM E", L"ZOOM W"});
+  entries.toolBar(tr("Draw and change"), "drawBar",
+                  {L"MLINE", L"LINE", L"CIRCLE", L"", L"ERASE", L"MOVE", L"COPY", L"EXPLODE", L"", L"MLEDIT", L"MLSTYLE"});
+  entries.multilineToolBar(tr("Multiline tools"), "multilineBar");
 }
 
 void MainWindow::addPlotEntries(QMenu& menu) {
@@ -269,7 +275,6 @@ bool MainWindow::mayLeaveDrawing() {
 void MainWindow::closeEvent(QCloseEvent* event) {
   // While a command works, nothing can be asked of the drawing.
   if (!m_source.question() || !mayLeaveDrawing()) return event->ignore();
-  keepLook();
   m_source.close();
   event->accept();
 }

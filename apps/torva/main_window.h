@@ -24,6 +24,8 @@ class MainWindow final : public QMainWindow {
   ~MainWindow() override;
 
   Canvas& canvas() { return *m_canvas; }
+  /// Keeps place, size, panels and ground in the profile, for the next start.
+  void keepLook();
 
  protected:
   /// Asks what is to become of unsaved changes first.
@@ -38,7 +40,6 @@ class MainWindow final : public QMainWindow {
   void addPlotEntries(QMenu& menu);
   void addLookEntries(QMenu& menu);
   void restoreLook();
-  void keepLook();
 
   void chooseAndOpen();
   void open(const QString& path);

@@ -26,6 +26,7 @@ void printView(QWidget& parent, torva::command::Editor& editor) {
   const QRectF page = printer.pageLayout().paintRectPixels(printer.resolution());
   const auto& view = editor.view();
   const double scale = std::min(page.width() / view.widthPx(), page.height() / view.heightPx());
+  painter.translate((page.width() - scale * view.widthPx()) / 2, (page.height() - scale * view.heightPx()) / 2);
   painter.scale(scale, scale);
   torva::paint::paintPage(painter, torva::command::plotContent(editor), view);
 }

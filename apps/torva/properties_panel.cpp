@@ -2,6 +2,7 @@
 
 #include "answers.h"
 #include "command/color_text.h"
+#include "command/selection.h"
 #include "db/layers.h"
 #include "db/record_groups.h"
 
@@ -58,6 +59,7 @@ QComboBox* PropertiesPanel::addChoice(QFormLayout& rows, const QString& title, c
   rows.addRow(title, choice);
   connect(choice, &QComboBox::textActivated, this, [this, property, isColor = property == L"Color"](const QString& value) {
     const std::wstring answer = isColor ? typed(value) : value.toStdWString();
+    m_changed = m_editor.pickedFirst();
     m_source.giveCommand(L"CHPROP " + property + L" " + quoted(answer) + L" \"\"");
   });
   return choice;
@@ -73,6 +75,8 @@ QLabel* PropertiesPanel::addValue(QFormLayout& rows, const QString& title, const
 
 void PropertiesPanel::refresh() {
   if (!m_source.isAtCommandPrompt()) return;
+  // The command has used the selection up; the user goes on with the same entities.
+  torva::command::pickFirst(m_editor, std::exchange(m_changed, {}), torva::command::Choice::add);
   const std::vector<torva::dxf::RecordId> chosen = m_editor.pickedFirst();
   setEnabled(!chosen.empty());
   fillChoices();

@@ -29,6 +29,7 @@ class PropertiesPanel final : public QWidget {
   torva::command::Editor& m_editor;
   WindowSource& m_source;
   QLabel* m_entities;
+  std::vector<torva::dxf::RecordId> m_changed;  // by this panel just now
   QComboBox *m_layer, *m_color, *m_linetype;
   QLabel *m_style, *m_scale, *m_justification, *m_closed, *m_length, *m_drawn;
 };

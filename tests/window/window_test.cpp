@@ -12,6 +12,10 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QToolBar>
 #include <QTreeWidget>
 
 namespace {
@@ -113,6 +117,76 @@ TEST_F(Window, entitiesChosenFirstAreErasedByTheDeleteKey) {
        drag(2300, 1300, 1200, 1100), [&] { EXPECT_EQ(chosen(), 1u); }, drag(1200, 1100, 2300, 1300),
        [&] { EXPECT_EQ(chosen(), 1u); }, [this] { window->findChild<QAction*>("ERASE")->trigger(); }, expectChanged(true),
        [&] { EXPECT_EQ(chosen(), 0u); }});
+}
+
+TEST_F(Window, anEmptyAnswerLineLeavesUndoAndErasingToTheDrawing) {
+  openSample("closed-cross.dxf");
+  auto* answer = window->findChild<QLineEdit*>("answer");
+  // Whether the key is the line's own; if not, it is the shortcut of an entry.
+  const auto takes = [&](int code, Qt::KeyboardModifiers modifiers) {
+    QKeyEvent event(QEvent::ShortcutOverride, code, modifiers);
+    event.ignore();
+    QApplication::sendEvent(answer, &event);
+    return event.isAccepted();
+  };
+  for (const bool isEmpty : {true, false}) {
+    answer->setText(isEmpty ? "" : "12");
+    EXPECT_EQ(takes(Qt::Key_Z, Qt::ControlModifier), !isEmpty);
+    EXPECT_EQ(takes(Qt::Key_Delete, Qt::NoModifier), !isEmpty);
+  }
+}
+
+TEST_F(Window, aPropertyIsChangedAndTheSelectionStays) {
+  openSample("closed-cross.dxf");
+  auto* layer = window->findChild<QComboBox*>("layer");
+  const auto choose = [layer](const QString& name) { return [=] { emit layer->textActivated(name); }; };
+  const auto expectLayer = [this, layer](const QString& name) {
+    return [=, this] {
+      EXPECT_EQ(editor().pickedFirst().size(), 1u);
+      EXPECT_EQ(layer->currentText(), name);
+    };
+  };
+  QString first, other;
+  run({zoomExtents(), click(kFirstX, kFirstY),
+       [&] {
+         first = layer->currentText();
+         other = layer->itemText(layer->currentIndex() == 0 ? 1 : 0);
+         choose(other)();
+       },
+       [&] { expectLayer(other)(); }, [&] { choose(first)(); }, [&] { expectLayer(first)(); }});
+  EXPECT_EQ(faults, "");
+}
+
+TEST_F(Window, aDroppedFileIsOpened) {
+  const QString path = TORVA_SOURCE_DIR "/samples/open-cross.dxf";
+  QMimeData dropped;
+  dropped.setUrls({QUrl::fromLocalFile(path)});
+  run({[&] {
+         QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+         QApplication::sendEvent(window.get(), &enter);
+         EXPECT_TRUE(enter.isAccepted());
+         QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+         QApplication::sendEvent(window.get(), &drop);
+       },
+       [&] { EXPECT_EQ(drawing().file().path(), path.toStdString()); }});
+  EXPECT_EQ(faults, "");
+}
+
+TEST_F(Window, theToolBarsTypeTheirCommands) {
+  for (const char* bar : {"standardBar", "drawBar", "multilineBar"}) {
+    const auto* toolBar = window->findChild<QToolBar*>(bar);
+    ASSERT_TRUE(toolBar) << bar;
+    for (const QAction* entry : toolBar->actions()) {
+      EXPECT_TRUE(entry->isSeparator() || !entry->icon().isNull()) << entry->objectName().toStdString();
+    }
+  }
+  const auto press = [this](const char* line) {
+    return [this, line] {
+      auto* bar = window->findChild<QToolBar*>("multilineBar");
+      QTest::mouseClick(bar->widgetForAction(window->findChild<QAction*>(line)), Qt::LeftButton);
+    };
+  };
+  run({press("-MLEDIT WA"), [this] { EXPECT_EQ(editor().runningTool(), L"-MLEDIT WA"); }, key(Qt::Key_Escape)});
 }
 
 TEST_F(Window, theResultIsShownBeforeTheSecondPick) {
