@@ -100,7 +100,9 @@ class PropertyWriter {
 
  private:
   bool isUnchanged(const dxf::Group& group) const {
-    return ColorGroups::isColorCode(group.code) ? m_color.says(m_file, group) : isSame(group.code, m_source);
+    if (!ColorGroups::isColorCode(group.code)) return isSame(group.code, m_source);
+    // The index beside a true color stays what the writing program chose only as long as the color does.
+    return m_color.says(m_file, group) && (group.code != 62 || !m_color.rgb || m_source.color == m_target.color);
   }
 
   bool isSame(int code, const EntityProperties& other) const {
