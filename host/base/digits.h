@@ -1,15 +1,10 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 namespace torva {
 
@@ -39,35 +34,14 @@ inline std::uint64_t eightDigits(std::uint64_t digits) {
          32;
 }
 
-/// The number that the first 1 to 8 characters make, all of them digits. 8 may be read.
-inline std::uint64_t digitsInFront(const char* p, unsigned count) {
+/// The number that the last 1 to 8 characters in front of `end` make. 8 may be read, and all bits of `faults` stay as they
+/// are when those characters are digits.
+inline std::uint64_t digitsBefore(const char* end, unsigned count, std::uint64_t& faults) {
   std::uint64_t characters = 0;
-  std::memcpy(&characters, p, sizeof characters);
-  return eightDigits((characters ^ 0x3030303030303030u) << (64 - 8 * count));  // zeros in front
-}
-
-/// The number that 1 to 16 digits make with zeros behind them, up to 16. 16 characters may be read.
-inline std::uint64_t sixteenDigits(const char* p, unsigned count) {
-  const auto eight = [](const char* from, unsigned digits) {
-    std::uint64_t characters = 0;
-    std::memcpy(&characters, from, sizeof characters);
-    const std::uint64_t used = ~std::uint64_t{0} >> (32 - 4 * digits) >> (32 - 4 * digits);
-    return eightDigits((characters ^ 0x3030303030303030u) & used);
-  };
-  return eight(p, std::min(count, 8u)) * 100'000'000 + eight(p + 8, count - std::min(count, 8u));
-}
-
-/// Bit i tells whether byte i of the 16 at `p` is a digit.
-inline std::uint32_t digitMask16(const char* p) {
-#if defined(__SSE2__)
-  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-  const __m128i fromLeast = _mm_add_epi8(bytes, _mm_set1_epi8(static_cast<char>(-128 - '0')));  // '0' is the least value
-  return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmplt_epi8(fromLeast, _mm_set1_epi8(-128 + 10))));
-#else
-  std::uint32_t mask = 0;
-  for (int i = 0; i < 16; ++i) mask |= static_cast<std::uint32_t>(p[i] >= '0' && p[i] <= '9') << i;
-  return mask;
-#endif
+  std::memcpy(&characters, end - sizeof characters, sizeof characters);
+  characters = (characters ^ 0x3030303030303030u) & ~std::uint64_t{0} << (64 - 8 * count);  // zeros in front
+  faults |= ((characters + 0x7676767676767676u) | characters) & 0x8080808080808080u;
+  return eightDigits(characters);
 }
 
 /// The digits at the front of eight characters (the first in the lowest byte), taken all at once.

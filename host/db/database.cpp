@@ -174,8 +174,8 @@ void Database::write(dxf::RecordId record) {
   if (record < m_file.originalCount() && m_file.isChanged(record)) {
     m_file.setState(record, {std::nullopt, m_file.isErased(record)});
   }
-  std::string bytes = KdDbSystemInternals::getImpObject(loaded(record))->takeBytes();
-  if (bytes != m_file.bytes(record)) m_file.setBytes(record, std::move(bytes));
+  dxf::RecordText bytes = KdDbSystemInternals::getImpObject(loaded(record))->takeBytes();
+  if (!bytes.says(m_file.bytes(record))) m_file.setBytes(record, std::move(bytes));
 }
 
 void Database::beginUndoStep(std::wstring name) {
@@ -250,7 +250,7 @@ bool Database::setHeaderVariable(std::string_view name, std::string_view groups)
 void Database::forgetNeedlessChange(dxf::RecordId record) {
   dxf::RecordState now = m_file.state(record);
   m_file.setState(record, {std::nullopt, now.isErased});
-  const bool isNeedless = now.bytes && saySame(m_file.groups(record), m_file.groupsOf(*now.bytes));
+  const bool isNeedless = now.bytes && saySame(m_file.groups(record), m_file.groupsOf(now.bytes->bytes()));
   if (!isNeedless) m_file.setState(record, std::move(now));
 }
 

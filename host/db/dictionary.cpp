@@ -43,7 +43,7 @@ std::vector<DictionaryEntry>& KdDbDictionaryImp::change() {
   return m_entries;
 }
 
-std::string KdDbDictionaryImp::write() const {
+torva::dxf::RecordText KdDbDictionaryImp::write() const {
   return torva::db::writeDictionary(file(), file().bytes(record()), m_entries);
 }
 

@@ -19,7 +19,7 @@ class KdDbDictionaryImp final : public KdDbObjectImp {
   std::vector<torva::db::DictionaryEntry>& change();
 
  protected:
-  std::string write() const override;
+  torva::dxf::RecordText write() const override;
 
  private:
   std::vector<torva::db::DictionaryEntry> m_entries;

@@ -181,7 +181,9 @@ std::vector<LayerData> readLayers(const Database& database) {
 
 bool isOnLockedLayer(const Database& database, dxf::RecordId entity) {
   const dxf::RecordId layer = database.findSymbol(dxf::RecordType::layer, firstText(database.file(), entity, 8));
-  return layer != dxf::kNoRecord && readLayer(database.file(), layer).isLocked;
+  if (layer == dxf::kNoRecord) return false;
+  const auto flags = firstGroup(database.file().groups(layer), 70);
+  return flags && flags->integerOr(0) & kLockedFlag;
 }
 
 void changeLayer(Database& database, dxf::RecordId record, const LayerData& layer) {

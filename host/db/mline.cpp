@@ -49,12 +49,15 @@ void MlineImp::read() {
   if (file().isChanged(record())) m_newProperties = readEntityProperties(file(), record());
 }
 
-std::string MlineImp::write() const {
-  const std::shared_ptr<const MlineSource> original = file().isChanged(record()) ? nullptr : m_original.lock();
-  std::string bytes =
+dxf::RecordText MlineImp::write() const {
+  const bool isChanged = file().isChanged(record());
+  const std::shared_ptr<const MlineSource> original = isChanged ? nullptr : m_original.lock();
+  dxf::RecordText text =
       original ? writeMline(file(), file().bytes(record()), *original, *m_data) : writeMline(file(), record(), *m_data);
-  if (m_newProperties) return writeEntityProperties(file(), bytes, *m_newProperties);
-  return bytes;
+  if (m_newProperties) return writeEntityProperties(file(), text.bytes(), *m_newProperties);
+  // What the record says now is kept by nobody once it says something else; only what the file says stays.
+  if (isChanged) (void)text.bytes();
+  return text;
 }
 
 MlineData& MlineImp::change() {

@@ -41,7 +41,8 @@ struct MlineData {
 MlineData readMline(const dxf::DrawingFile& file, dxf::RecordId record);
 
 /// The record's bytes with `data` for its multiline part. Groups whose value did not change keep their text; all others that
-/// the host does not know (XDATA, comments...) stay where they stood.
-std::string writeMline(const dxf::DrawingFile& file, dxf::RecordId record, const MlineData& data);
+/// the host does not know (XDATA, comments...) stay where they stood. Long runs of the record's bytes are kept where they
+/// are.
+dxf::RecordText writeMline(const dxf::DrawingFile& file, dxf::RecordId record, const MlineData& data);
 
 }  // namespace torva::db

@@ -115,6 +115,11 @@ MlineSlot MlineClassifier::classify(const dxf::Group& group) {
   }
 }
 
+void MlineClassifier::passHeader(const std::bitset<64>& header) {
+  m_part = Part::inside;
+  m_seen = header;
+}
+
 MlineSlot MlineClassifier::header(MlineRole role, int coordinate) {
   // Only the first group of a kind counts; what is said a second time is kept as something unknown.
   const MlineSlot slot{role, coordinate};

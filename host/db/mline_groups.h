@@ -36,6 +36,7 @@ struct MlineSlot {
 
   bool beginsVertex() const { return role == MlineRole::position && coordinate == 0; }
   std::size_t bit() const { return 3 * static_cast<std::size_t>(role) + static_cast<std::size_t>(coordinate); }
+  static MlineSlot ofBit(std::size_t bit) { return {static_cast<MlineRole>(bit / 3), static_cast<int>(bit % 3)}; }
 };
 
 /// Tells what the groups of an MLINE record mean, met one after the other. Reading and writing share it, so that they agree
@@ -46,6 +47,8 @@ class MlineClassifier {
   explicit MlineClassifier(dxf::Groups groups);
 
   MlineSlot classify(const dxf::Group& group);
+  /// Goes on at the first vertex, behind header groups that were not looked at. Requires: nothing was classified yet.
+  void passHeader(const std::bitset<64>& header);
   /// Goes on behind `count` vertices that were not looked at. Requires: the last group began the one before them.
   void passVertices(int count) { m_vertex += count; }
 
@@ -87,7 +90,7 @@ int flagWord(const MlineData& data);
 /// The bytes of a record with `data` for its multiline part; `bytes` is a whole record, and `source` what it says. See
 /// writeMline(). A record without any group of a multiline gets all of them. Of vertices that did not change nothing is
 /// read.
-std::string writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineSource& source,
-                       const MlineData& data);
+dxf::RecordText writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineSource& source,
+                           const MlineData& data);
 
 }  // namespace torva::db

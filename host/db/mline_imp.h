@@ -35,7 +35,7 @@ class MlineImp final : public KdDbObjectImp, public KdDbMlineImp {
   void setStyle(dxf::RecordId style);
 
  protected:
-  std::string write() const override;
+  dxf::RecordText write() const override;
 
  private:
   /// The data for a change.

@@ -19,7 +19,7 @@ void MlineStyleImp::read() {
   m_areElementsChanged = false;
 }
 
-std::string MlineStyleImp::write() const {
+dxf::RecordText MlineStyleImp::write() const {
   return writeMlineStyle(file(), file().bytes(record()), m_data);
 }
 

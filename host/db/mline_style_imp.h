@@ -21,7 +21,7 @@ class MlineStyleImp final : public KdDbObjectImp {
   KdDbObjectId linetypeId(const MlineStyleElement& element) const;
 
  protected:
-  std::string write() const override;
+  dxf::RecordText write() const override;
   void settle() override;
 
  private:

@@ -102,12 +102,14 @@ class MlineWriter {
         m_line(m_out, 41),
         m_fill(m_out, 42) {}
 
-  std::string write() {
-    constexpr std::size_t kPartForEdits = 8;
-    m_written.reserve(m_record.size() + m_record.size() / kPartForEdits);
-    for (std::size_t place = 0; place < m_record.size();) place = writeGroups(place);
+  dxf::RecordText write() {
+    constexpr std::size_t kPartForEdits = 8, kMost = 4096;  // what is longer is mostly kept
+    const std::size_t expected = std::min(m_record.size() + m_record.size() / kPartForEdits, kMost);
+    m_written.reserve(expected);
+    m_out.reserve(expected);
+    for (std::size_t place = copyHeader(); place < m_record.size();) place = writeGroups(place);
     finish();
-    m_written += m_out.take();
+    m_out.moveTo(m_written);
     return std::move(m_written);
   }
 
@@ -158,6 +160,23 @@ class MlineWriter {
   }
 
   // --- header ---
+
+  /// Copies all that is in front of the first vertex when it is to stay as it is. Returns where to go on.
+  std::size_t copyHeader() {
+    const MlineData& source = m_source.data;
+    const bool isWhole = m_source.isHeaderInFront && m_source.header.any() && !m_source.vertexBegins.empty();
+    if (!isWhole || source.vertices.size() != m_target.vertices.size() || source.elementCount() != m_target.elementCount())
+      return 0;
+    for (std::size_t bit = 0; bit < m_source.header.size(); ++bit) {
+      const MlineSlot slot = MlineSlot::ofBit(bit);
+      const bool counts = slot.role > MlineRole::other && slot.role <= MlineRole::normal;
+      if (counts && !isHeaderUnchanged(slot, {})) return 0;
+    }
+    m_isHeaderComplete = true;
+    m_classifier.passHeader(m_source.header);
+    m_written.append(m_record.substr(0, m_source.vertexBegins.front()));
+    return m_source.vertexBegins.front();
+  }
 
   void writeHeaderGroup(const dxf::Group& group, const MlineSlot& slot) {
     if (isHeaderUnchanged(slot, group)) {
@@ -271,8 +290,8 @@ class MlineWriter {
     writeNewVerticesUpTo(m_targetOf[source]);
     m_verticesWritten += count;
     const auto begin = m_source.vertexBegins.begin() + source;
-    m_written += m_out.take();
-    m_written += m_record.substr(begin[0], begin[count] - begin[0]);
+    m_out.moveTo(m_written);
+    m_written.appendKept(m_record.substr(begin[0], begin[count] - begin[0]));
   }
 
   void beginVertex(int source) {
@@ -399,8 +418,8 @@ class MlineWriter {
   const MlineData& m_target;
   const std::vector<int> m_targetOf;
   MlineClassifier m_classifier;
-  std::string m_written;     // up to the last vertices that were copied together
-  dxf::RecordBuilder m_out;  // from there on
+  dxf::RecordText m_written;  // up to the last vertices that were copied together
+  dxf::RecordBuilder m_out;   // from there on
   ListWriter m_line, m_fill;
 
   const MlineVertex* m_sourceVertex = nullptr;
@@ -417,12 +436,12 @@ class MlineWriter {
 
 }  // namespace
 
-std::string writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineSource& source,
-                       const MlineData& data) {
+dxf::RecordText writeMline(const dxf::DrawingFile& file, std::string_view bytes, const MlineSource& source,
+                           const MlineData& data) {
   return MlineWriter(file, bytes, source, data).write();
 }
 
-std::string writeMline(const dxf::DrawingFile& file, dxf::RecordId record, const MlineData& data) {
+dxf::RecordText writeMline(const dxf::DrawingFile& file, dxf::RecordId record, const MlineData& data) {
   const std::string_view bytes = file.bytes(record);
   return writeMline(file, bytes, readMlineSource(file, bytes), data);
 }

@@ -54,12 +54,12 @@ void KdDbObjectImp::touch() {
   m_database->noteDirty(m_record);
 }
 
-std::string KdDbObjectImp::takeBytes() {
+torva::dxf::RecordText KdDbObjectImp::takeBytes() {
   m_isDirty = false;
   return write();
 }
 
-std::string KdDbObjectImp::write() const {
+torva::dxf::RecordText KdDbObjectImp::write() const {
   return std::string(file().bytes(m_record));
 }
 

@@ -46,7 +46,7 @@ class KdDbObjectImp {
   /// Whether the content is newer than the record.
   bool isDirty() const { return m_isDirty; }
   /// The record's bytes for the content as it is now. The object counts as unchanged after that.
-  std::string takeBytes();
+  torva::dxf::RecordText takeBytes();
 
   /// Called when the object has come into its database from outside: what means nothing there is replaced.
   virtual void enter() {}
@@ -59,7 +59,7 @@ class KdDbObjectImp {
 
  protected:
   /// The record's bytes with the content put in.
-  virtual std::string write() const;
+  virtual torva::dxf::RecordText write() const;
   /// Brings changed content into the form in which it is stored; called when the writer closes the object.
   virtual void settle() {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <string_view>
@@ -11,7 +12,8 @@
 namespace torva::draw {
 
 /// The groups of a record up to its extended data and embedded objects, for reading many records in a hurry: the line ends
-/// of 64 bytes are found at once. For the text form with LF or CR LF; see GroupScan for the others.
+/// of 64 bytes are found at once. For the text form with LF or CR LF, of whole records: some characters in front of a number
+/// are read. See GroupScan for the others.
 class TextScan {
  public:
   explicit TextScan(std::string_view bytes) : m_begin(bytes.data()), m_end(m_begin + bytes.size()), m_next(m_begin) {}
@@ -36,9 +38,13 @@ class TextScan {
     if (value.size() == 3 && value[1] == '.' && isDigit(value[0]) && isDigit(value[2])) {
       return (value[0] - '0') + 0.1 * (value[2] - '0');
     }
-    double result = 0;
-    const char* const end = readNearDecimal(value.data(), m_end, result);
-    return end == value.data() + value.size() ? result : parseReal(value).value_or(0);
+    if (m_points != 0) {
+      const char* const end = value.data() + value.size();
+      const char* const point = m_value + std::countr_zero(m_points >> (m_value - m_block));
+      const PointedDecimal decimal(m_value, std::min(point, end), end);
+      if (decimal.isValid()) return decimal.nearValue();
+    }
+    return parseReal(value).value_or(0);
   }
 
   static bool isOwnPart(int code) {
@@ -70,7 +76,7 @@ class TextScan {
     return hasThreeColumns ? (line[0] & 15) * 100 + (line[1] & 15) * 10 + (line[2] & 15) : dxf::parseGroupCode(line);
   }
 
-  /// Finds the line ends of the next 64 bytes; false when they do not hold a group.
+  /// Finds the line ends and points of the next 64 bytes; false when they do not hold a group.
   bool findEnds();
   /// As next(), for a group that is longer or not complete.
   bool nextLong();
@@ -79,7 +85,7 @@ class TextScan {
   const char* m_value = nullptr;
   const char* m_next;             // where the next group begins
   const char* m_block = nullptr;  // what m_ends is about: the line ends within 64 bytes that were not taken yet
-  std::uint64_t m_ends = 0;
+  std::uint64_t m_ends = 0, m_points = 0;
   int m_code = 0;
 };
 

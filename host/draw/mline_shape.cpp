@@ -243,6 +243,13 @@ void MlineExtents::addOffset(double offset) {
   ++m_ring.count;
 }
 
+void MlineExtents::addFormerOffsets() {
+  // All others lie between these two.
+  if (m_last.count > 0) addOffset(m_last.least);
+  if (m_last.count > 1) addOffset(m_last.most);
+  m_ring.count = m_last.count;
+}
+
 void MlineExtents::endVertex() {
   m_ring.miterLength = m_miter.length();
   m_vertexBox.add(m_ring.box);

@@ -39,9 +39,15 @@ class MlineExtents {
   KdGeVector3d& miter() { return m_miter; }
   /// The place of an element on the miter: a list's first value. Requires: the vertex's point and miter are known.
   void addOffset(double offset);
+  /// The same for the offsets that the vertex before has. Requires: that has no cuts.
+  void addFormerOffsets();
+  /// Whether the vertex has any cuts until now.
+  bool hasCuts() const { return !m_vertexBox.isEmpty(); }
   /// The place of a cut on the last added element.
   void addCut(const KdGeVector3d& fromMiter) { m_vertexBox.add(m_miterPoint + fromMiter); }
   void endVertex();
+  /// False: every vertex counts.
+  static constexpr bool isDone() { return false; }
 
   /// Points of the last vertex: those on its miter alone, and all that its lists name on the segment that starts there.
   const geom::Box3& ringBox() const { return m_ring.box; }

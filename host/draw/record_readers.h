@@ -173,7 +173,9 @@ class MlineProbe {
   KdGePoint3d& position() { return m_extents.position(); }
   KdGeVector3d& miter() { return m_extents.miter(); }
   void addOffset(double offset) { m_extents.addOffset(offset); }
+  void addFormerOffsets() { m_extents.addFormerOffsets(); }
   void addCut(const KdGeVector3d& fromMiter) { m_extents.addCut(fromMiter); }
+  bool hasCuts() const { return m_extents.hasCuts(); }
   void endVertex() {
     m_extents.endVertex();
     m_before.add(m_extents.ringBox());
@@ -182,6 +184,8 @@ class MlineProbe {
     m_before = m_extents.vertexBox();
   }
 
+  /// Whether one was met already: what follows makes no difference then.
+  bool isDone() const { return m_isMet; }
   bool isMet(const MlineHead& head, const db::MlineStyleData& style) {
     if (head.isClosed()) m_before.add(m_first);
     check(m_before);
@@ -229,9 +233,25 @@ bool takeUsualLists(dxf::TextCursor& cursor, dxf::TextCursor axis, Collector& ex
   return true;
 }
 
+/// The lists of all elements of a vertex. `former` is the text of those of the vertex before, or empty: along a path without
+/// gaps they are mostly the same.
+template <class Collector>
+bool takeUsualElements(dxf::TextCursor& cursor, const dxf::TextCursor& axis, Collector& extents, std::string_view& former) {
+  const char* const begin = cursor.place();
+  if (!former.empty() && cursor.take(former)) {
+    extents.addFormerOffsets();
+    if (!cursor.isAt<74>()) return true;
+  }
+  while (cursor.isAt<74>()) {
+    if (!takeUsualLists(cursor, axis, extents)) return false;
+  }
+  former = {begin, extents.hasCuts() ? 0 : static_cast<std::size_t>(cursor.place() - begin)};
+  return true;
+}
+
 /// A vertex behind the code of its first coordinate.
 template <class Collector>
-bool takeUsualVertex(dxf::TextCursor& cursor, Collector& extents) {
+bool takeUsualVertex(dxf::TextCursor& cursor, Collector& extents, std::string_view& formerLists) {
   extents.beginVertex();
   KdGePoint3d& position = extents.position();
   const bool hasPosition = cursor.takeNear(position.x) && cursor.take<21>() && cursor.takeNear(position.y) &&
@@ -240,14 +260,13 @@ bool takeUsualVertex(dxf::TextCursor& cursor, Collector& extents) {
   const bool hasAxis = hasPosition && cursor.take<12>() && cursor.takeLine() && cursor.take<22>() && cursor.takeLine() &&
                        cursor.take<32>() && cursor.takeLine();
   if (!hasAxis || !takeNearTriple<13>(cursor, extents.miter())) return false;
-  while (cursor.isAt<74>()) {
-    if (!takeUsualLists(cursor, axis, extents)) return false;
-  }
+  if (!takeUsualElements(cursor, axis, extents, formerLists)) return false;
   extents.endVertex();
   return true;
 }
 
-/// False for a record in any other order, and for one with a number that is none.
+/// Reads until the collector says that it is done. False for a record in any other
+/// order, and for one with a number that is none.
 template <class Collector>
 bool readUsualMline(std::string_view record, EntityFacts& facts, MlineHead& mline, Collector& extents) {
   TextScan scan(record);
@@ -263,8 +282,10 @@ bool readUsualMline(std::string_view record, EntityFacts& facts, MlineHead& mlin
   }
   const char* const end = record.data() + record.size();
   dxf::TextCursor cursor(scan.text().data(), end);
+  std::string_view formerLists;
   do {
-    if (!takeUsualVertex(cursor, extents)) return false;
+    if (!takeUsualVertex(cursor, extents, formerLists)) return false;
+    if (extents.isDone()) return true;
   } while (cursor.take<11>());
   return !TextScan({cursor.place(), static_cast<std::size_t>(end - cursor.place())}).next();
 }

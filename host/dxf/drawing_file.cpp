@@ -39,7 +39,7 @@ class DrawingFile::Imp {
   }
 
   std::string_view bytes(RecordId id) const {
-    if (const RecordState* state = m_edits.changed(id); state != nullptr && state->bytes) return *state->bytes;
+    if (const RecordState* state = m_edits.changed(id); state != nullptr && state->bytes) return state->bytes->bytes();
     return m_edits.isInserted(id) ? std::string_view(m_edits.inserted(id).bytes) : m_drawing.bytes(id);
   }
 
@@ -87,9 +87,13 @@ std::vector<std::string_view> DrawingFile::Imp::pieces() const {
     if (end > runBegin) pieces.push_back(content.substr(runBegin, end - runBegin));
     runBegin = std::max(runBegin, end);
   };
-  const auto put = [&](std::string_view bytes) {
+  const auto beginRecord = [&] {
     if (m_drawing.form == Form::text && !pieces.empty() && !canBeFollowed(pieces.back())) pieces.push_back(m_lineEnd);
-    pieces.push_back(bytes);
+  };
+  const auto put = [&](RecordId id, const RecordState* state) {
+    beginRecord();
+    if (state == nullptr || !state->bytes) return pieces.push_back(bytes(id));
+    state->bytes->forEachPiece([&](std::string_view piece) { pieces.push_back(piece); });
   };
   const RecordIndex& index = m_drawing.outline.index;
   for (const RecordId id : m_edits.touchedOriginals()) {
@@ -97,14 +101,15 @@ std::vector<std::string_view> DrawingFile::Imp::pieces() const {
     if (const RecordState* state = m_edits.changed(id)) {
       endRunAt(index.offset(id));
       runBegin = end;
-      if (!state->isErased) put(*state->bytes);
+      if (!state->isErased) put(id, state);
     }
     for (RecordId added = m_edits.firstBehind(id); added != kNoRecord; added = m_edits.inserted(added).next) {
-      if (const RecordState* state = m_edits.changed(added); state != nullptr && state->isErased) continue;
+      const RecordState* state = m_edits.changed(added);
+      if (state != nullptr && state->isErased) continue;
       // Behind a code that the file ends with, a new record would become its value.
       endRunAt(std::min(end, m_drawing.incompleteGroup.value_or(end)));
       runBegin = end;
-      put(bytes(added));
+      put(added, state);
     }
   }
   endRunAt(content.size());
@@ -293,7 +298,7 @@ void DrawingFile::setState(RecordId id, RecordState state) {
   m_imp->setState(id, std::move(state));
 }
 
-void DrawingFile::setBytes(RecordId id, std::string bytes) {
+void DrawingFile::setBytes(RecordId id, RecordText bytes) {
   m_imp->setState(id, {std::move(bytes), isErased(id)});
 }
 

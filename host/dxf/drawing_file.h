@@ -129,7 +129,7 @@ class TORVA_API DrawingFile {
   /// Puts a record into a state taken from state() or made anew. Type and handle stay those it had when it was opened or
   /// inserted.
   void setState(RecordId id, RecordState state);
-  void setBytes(RecordId id, std::string bytes);
+  void setBytes(RecordId id, RecordText bytes);
   void setErased(RecordId id, bool isErased);
   /// Adds a record behind another one (and behind those already added there). Its type and handle are read from `bytes`.
   /// Requires: previous is a valid id.
@@ -184,6 +184,12 @@ class RecordBuilder {
   void name(int code, std::string_view value);
 
   std::string take() { return std::exchange(m_bytes, {}); }
+  /// Moves what was put together to the end of a text.
+  void moveTo(RecordText& text) {
+    text.append(m_bytes);
+    m_bytes.clear();
+  }
+  void reserve(std::size_t size) { m_bytes.reserve(size); }
 
  private:
   /// A drawing's last line may have no end.

@@ -6,8 +6,7 @@
 namespace torva::dxf {
 
 const RecordState* RecordEdits::changed(RecordId id) const {
-  const auto found = m_states.find(id);
-  return found == m_states.end() ? nullptr : &found->second;
+  return id < m_hasState.size() && m_hasState[id] ? &m_states.find(id)->second : nullptr;
 }
 
 void RecordEdits::setState(RecordId id, RecordState state) {
@@ -16,11 +15,14 @@ void RecordEdits::setState(RecordId id, RecordState state) {
     m_erasedInserted -= former != nullptr && former->isErased ? 1 : 0;
     m_erasedInserted += state.isErased ? 1 : 0;
   }
-  if (state.bytes || state.isErased) {
+  const bool isKept = state.bytes || state.isErased;
+  if (isKept) {
     m_states.insert_or_assign(id, std::move(state));
+    if (id >= m_hasState.size()) m_hasState.resize(id + 1);
   } else {
     m_states.erase(id);
   }
+  if (id < m_hasState.size()) m_hasState[id] = isKept;
 }
 
 bool RecordEdits::isAnyChanged() const {

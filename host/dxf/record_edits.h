@@ -9,12 +9,13 @@
 #include <vector>
 
 #include "dxf/record.h"
+#include "dxf/record_text.h"
 
 namespace torva::dxf {
 
 /// What a record holds apart from its place in the file; what undo keeps.
 struct RecordState {
-  std::optional<std::string> bytes;  ///< Nothing: as in the file that was opened, or as inserted.
+  std::optional<RecordText> bytes;  ///< Nothing: as in the file that was opened, or as inserted.
   bool isErased = false;
 };
 
@@ -62,6 +63,7 @@ class RecordEdits {
  private:
   const RecordId m_originalCount;
   std::unordered_map<RecordId, RecordState> m_states;  // nodes: views of a state's bytes outlive other changes
+  std::vector<bool> m_hasState;  // by record, up to the highest that has one: most are asked for in vain
   std::deque<InsertedRecord> m_inserted;
   std::unordered_map<RecordId, RecordId> m_firstBehind;  // by original record
   std::unordered_map<RecordId, RecordId> m_lastBehind;   // by record: the last one inserted behind it

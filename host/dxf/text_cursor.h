@@ -14,7 +14,7 @@ namespace torva::dxf {
 
 /// A place in the text of a record, for reading groups that are expected: several times faster than telling what stands
 /// there. Each take() passes over what it names; where that does not stand it gives false, and the place stays. Lines end
-/// with LF or CR LF.
+/// with LF or CR LF. In front of a number stands its record's name at least: some characters before it are read.
 class TextCursor {
  public:
   TextCursor(const char* begin, const char* end) : m_at(begin), m_end(end) {}
@@ -35,24 +35,30 @@ class TextCursor {
     return isAt<code>() && takeLineEnd(m_at + kThree);
   }
 
+  /// Exactly this text.
+  bool take(std::string_view text) {
+    if (static_cast<std::size_t>(m_end - m_at) < text.size() || std::memcmp(m_at, text.data(), text.size()) != 0)
+      return false;
+    m_at += text.size();
+    return true;
+  }
+
   /// A line that says a real number.
   bool take(double& value) {
-    value = 0;
-    if (takeOneDecimal(value)) return true;
-    const char* const end = readDecimal(m_at, m_end, value);
-    return (end && takeLineEnd(end)) || takeOtherReal(value);
+    const auto read = [&](const PointedDecimal& decimal) {
+      if (decimal.fitsExactly()) value = decimal.exactValue();
+      return decimal.fitsExactly();
+    };
+    return takeOneDecimal(value) || takePointed(read) || takeOtherReal(value);
   }
 
   /// The same within two units in the last place, and faster.
   bool takeNear(double& value) {
-    if (takeOneDecimal(value)) return true;
-    // The line's end is looked for first: a processor goes on from there while the number is still being worked out.
-    const char* const begin = m_at;
-    if (!takeLine()) return false;
-    const char* const end = readNearDecimal(begin, m_end, value);
-    if (end && (end == m_at - 1 || (end == m_at - 2 && *end == '\r'))) return true;
-    m_at = begin;
-    return take(value);
+    const auto read = [&](const PointedDecimal& decimal) {
+      if (decimal.isValid()) value = decimal.nearValue();
+      return decimal.isValid();
+    };
+    return takeOneDecimal(value) || takePointed(read) || takeOtherReal(value);
   }
 
   /// A count. What it says is of no account: the list itself tells.
@@ -64,10 +70,8 @@ class TextCursor {
 
   /// Any line.
   bool takeLine() {
-    constexpr std::ptrdiff_t kShortLine = 32;
     if (m_end - m_at >= kShortLine) {
-      const std::uint32_t ends = equalMask16(m_at, '\n') | equalMask16(m_at + kShortLine / 2, '\n') << kShortLine / 2;
-      if (ends != 0) {
+      if (const std::uint32_t ends = shortLineEnds(); ends != 0) {
         m_at += std::countr_zero(ends) + 1;
         return true;
       }
@@ -80,7 +84,7 @@ class TextCursor {
   }
 
  private:
-  static constexpr std::ptrdiff_t kThree = 3;
+  static constexpr std::ptrdiff_t kThree = 3, kShortLine = 32;
 
   /// Three characters as they lie in memory.
   static constexpr std::uint32_t threeChars(char a, char b, char c) {
@@ -109,6 +113,26 @@ class TextCursor {
     value = (whole * 10 + tenths) / 10.0;
     m_at += kThree + 1;
     return true;
+  }
+
+  /// A number whose point is near. The line's end is looked for first: a processor goes on from there while the number is
+  /// still being worked out.
+  template <class Read>
+  bool takePointed(const Read& read) {
+    if (m_end - m_at < kShortLine) return false;
+    const std::uint32_t ends = shortLineEnds(), points = equalMask16(m_at, '.');
+    if (ends == 0 || points == 0) return false;
+    const char* const lineEnd = m_at + std::countr_zero(ends);
+    const char* const end = lineEnd - (lineEnd != m_at && lineEnd[-1] == '\r' ? 1 : 0);
+    const char* const point = m_at + std::countr_zero(points);
+    if (point >= end || !read(PointedDecimal(m_at, point, end))) return false;
+    m_at = lineEnd + 1;
+    return true;
+  }
+
+  /// Bit i tells whether a line ends i characters from here, up to kShortLine of them, which have to be there.
+  std::uint32_t shortLineEnds() const {
+    return equalMask16(m_at, '\n') | equalMask16(m_at + kShortLine / 2, '\n') << kShortLine / 2;
   }
 
   bool takeOtherReal(double& value) {

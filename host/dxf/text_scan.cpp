@@ -64,9 +64,17 @@ CodeClass classOf(char first, std::uint32_t lastTwo) {
   return meaning == handleAfterBlank ? CodeClass::handle : CodeClass::unclear;
 }
 
-/// One pass, 64 bytes at a time. Of the line ends only every second is looked at, that of a code line; the value lines of
-/// the few codes that matter are searched for when such a code is met.
-template <LineEnds ends>
+/// Four digits without a zero in front: the code of extended data.
+bool isFourDigitCode(std::uint32_t characters) {
+  static_assert(std::endian::native == std::endian::little);
+  const std::uint32_t digits = characters ^ 0x30303030u;  // 0 to 9, anything else more
+  return (((digits + 0x76767676u) | digits) & 0x80808080u) == 0 && (digits & 0xFF) != 0;
+}
+
+/// One pass, 64 bytes at a time. Of the line ends only every second matters, that of a code line. Most code lines are found
+/// to have a plain code all at once, the others are looked at; the value lines of the few codes that matter are searched for
+/// when such a code is met. `areCrLf` tells what most lines end with; it changes the speed alone.
+template <LineEnds ends, bool areCrLf>
 class TextScanner {
  public:
   TextScanner(std::string_view content, std::size_t from, Outline& outline)
@@ -79,7 +87,7 @@ class TextScanner {
       if (!progress.goOn(share)) return {ScanEnd::Reason::cancelled, at};
       if (!takeStretch(at)) return m_end;
     }
-    if (!takeBlock(at, lastMask(at))) return m_end;
+    if (!takeLastBlock(at)) return m_end;
     if (!m_isValueNext) return {ScanEnd::Reason::contentEnd, m_content.size()};
     return {ScanEnd::Reason::incompleteGroup, lastLineBegin()};
   }
@@ -95,40 +103,36 @@ class TextScanner {
       const char* block = m_content.data() + at;
       if (hasHighBit64(block) && !m_outline.firstHighByte) m_outline.firstHighByte = at;
       const char follower = ends == LineEnds::lfAndCr && at + kBlock < m_content.size() ? block[kBlock] : '\0';
-      if (!takeBlock(at, lineEndMask<ends>(block, follower))) return false;
+      const bool canLookBack = at >= kCodeReach;
+      const std::uint64_t plain = canLookBack ? mask64(block, longCodeEndMask16<areCrLf>) : 0;
+      if (!takeBlock(at, lineEndMask<ends>(block, follower), plain)) return false;
     }
     return true;
   }
 
-  /// The line ends behind the last whole block; the content's end ends a line as well.
-  std::uint64_t lastMask(std::size_t at) {
+  /// Takes what is behind the last whole block; the content's end ends a line as well.
+  bool takeLastBlock(std::size_t at) {
     std::array<char, kBlock> block{};
     const std::size_t size = m_content.size() - at;
     std::copy_n(m_content.data() + at, size, block.data());
     if (hasHighBit64(block.data()) && !m_outline.firstHighByte) m_outline.firstHighByte = at;
-    const std::uint64_t mask = lineEndMask<ends>(block.data(), '\0');
+    std::uint64_t lineEnds = lineEndMask<ends>(block.data(), '\0');
     const bool isLineOpen = m_content.size() > m_from && !isLineEnd(m_content.back());
-    return isLineOpen ? mask | std::uint64_t{1} << size : mask;
+    if (isLineOpen) lineEnds |= std::uint64_t{1} << size;
+    return takeBlock(at, lineEnds, 0);
   }
 
-  /// Takes the line ends of a block; false when the pass is at its end.
-  bool takeBlock(std::size_t at, std::uint64_t mask) {
-    if (m_isValueNext) {
-      if (mask == 0) return true;
-      mask &= mask - 1;
-    }
-    while (mask != 0) {
-      const std::size_t codeEnd = at + static_cast<std::size_t>(std::countr_zero(mask));
+  /// Takes the line ends of a block; false when the pass is at its end. Lines that end at `plain`, if they are code lines,
+  /// say a code without a meaning to the pass.
+  bool takeBlock(std::size_t at, std::uint64_t lineEnds, std::uint64_t plain) {
+    const std::uint64_t odd = oddCounts(lineEnds);
+    std::uint64_t others = lineEnds & (m_isValueNext ? ~odd : odd) & ~plain;
+    m_isValueNext = m_isValueNext != (odd >> (kBlock - 1) != 0);
+    for (; others != 0; others &= others - 1) {
+      const std::size_t codeEnd = at + static_cast<std::size_t>(std::countr_zero(others));
       const CodeClass codeClass = classify(codeEnd);
       if (codeClass != CodeClass::plain && !takeSpecial(codeClass, codeEnd)) return false;
-      mask &= mask - 1;
-      if (mask == 0) {
-        m_isValueNext = true;
-        return true;
-      }
-      mask &= mask - 1;
     }
-    m_isValueNext = false;
     return true;
   }
 
@@ -141,7 +145,8 @@ class TextScanner {
     if (isLineEnd(static_cast<char>(characters))) return classOf(static_cast<char>(characters >> 8), characters >> 16);
     if (isLineEnd(static_cast<char>(characters >> 16))) return classOf(' ', characters >> 24 << 8 | ' ');
     if (isLineEnd(static_cast<char>(characters >> 8))) return classOf(' ', characters >> 16);
-    return CodeClass::unclear;
+    const bool isFour = end > m_from + 4 && isLineEnd(m_content[end - 5]) && isFourDigitCode(characters);
+    return isFour ? CodeClass::plain : CodeClass::unclear;
   }
 
   bool takeSpecial(CodeClass codeClass, std::size_t codeEnd) {
@@ -216,8 +221,9 @@ class TextScanner {
 }  // namespace
 
 ScanEnd scanText(std::string_view content, std::size_t from, LineEnds ends, Outline& outline, const Progress& progress) {
-  if (ends == LineEnds::lf) return TextScanner<LineEnds::lf>(content, from, outline).run(progress);
-  return TextScanner<LineEnds::lfAndCr>(content, from, outline).run(progress);
+  if (ends == LineEnds::lfAndCr) return TextScanner<LineEnds::lfAndCr, false>(content, from, outline).run(progress);
+  if (firstLineEnd(content) == "\r\n") return TextScanner<LineEnds::lf, true>(content, from, outline).run(progress);
+  return TextScanner<LineEnds::lf, false>(content, from, outline).run(progress);
 }
 
 }  // namespace torva::dxf

@@ -20,28 +20,27 @@ ResourceLibraries::~ResourceLibraries() = default;
 
 KdModuleHandle ResourceLibraries::open(const std::string& name, const std::string& callerFolder) {
   m_lastFailure = name + ": not found";
-  for (const std::string& path : placesOf(name, callerFolder)) {
-    auto archive = archiveOf(path);
-    if (archive) {
-      m_lastFailure.clear();
-      m_open.push_back(std::make_unique<Library>(std::move(*archive)));
-      return m_open.back().get();
-    }
-    if (archive.error().code == ErrorCode::fileNotFound) continue;
-    m_lastFailure = archive.error().message();
-    return nullptr;
+  if (name.empty()) return nullptr;
+  if (name.front() == '/') return openAt(name).value_or(nullptr);
+  const std::string support = m_folders.root + "/Support";
+  const std::string* const folders[] = {&callerFolder, &m_folders.program, &m_folders.root, &support};
+  for (const std::string* folder : folders) {
+    if (folder->empty()) continue;
+    if (const auto library = openAt(*folder + '/' + name)) return *library;
   }
   return nullptr;
 }
 
-std::vector<std::string> ResourceLibraries::placesOf(const std::string& name, const std::string& callerFolder) const {
-  if (name.empty()) return {};
-  if (name.front() == '/') return {name};
-  std::vector<std::string> places;
-  for (const std::string& folder : {callerFolder, m_folders.program, m_folders.root, m_folders.root + "/Support"}) {
-    if (!folder.empty()) places.push_back(folder + '/' + name);
+std::optional<KdModuleHandle> ResourceLibraries::openAt(const std::string& path) {
+  auto archive = archiveOf(path);
+  if (archive) {
+    m_lastFailure.clear();
+    m_open.push_back(std::make_unique<Library>(std::move(*archive)));
+    return m_open.back().get();
   }
-  return places;
+  if (archive.error().code == ErrorCode::fileNotFound) return std::nullopt;
+  m_lastFailure = archive.error().message();
+  return nullptr;
 }
 
 bool ResourceLibraries::close(KdModuleHandle library) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,7 +41,8 @@ class ResourceLibraries {
 
  private:
   class Library;
-  std::vector<std::string> placesOf(const std::string& name, const std::string& callerFolder) const;
+  /// Nothing when there is no such file, null when it cannot be read.
+  std::optional<KdModuleHandle> openAt(const std::string& path);
   Result<std::shared_ptr<const ResourceArchive>> archiveOf(const std::string& path) const;
   const Library* find(KdModuleHandle library) const;
 

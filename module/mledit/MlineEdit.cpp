@@ -20,13 +20,13 @@ constexpr std::size_t kParamListReserve = 128;
 
 CMlineEdit::CMlineEdit()
     : retCode(kKdInputNormal),
-      promptBuf{},
       pickPoint{0, 0, 0},
       spaceBetween(0),
       pickName{0, 0},
       spareIndex(-1),
       ptCrossing(nullptr),
       ptCrossingCount(0) {
+  promptBuf[0] = 0;
   paramList.reserve(kParamListReserve);
 }
 

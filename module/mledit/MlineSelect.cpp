@@ -42,9 +42,8 @@ void CMlineEdit::mlineEditInitialize(CMlineSegment* seg, long* name, CMlineSegme
 }
 
 void CMlineEdit::ptListInitialize(KdDbMline* mline, int numVertices, int numElements, double (***ptList)[3], int* count) {
-  freePointTable(ptList, count);
-  if (!mline || numVertices < 1 || numElements < 1) return;
-  *ptList = newPointTable(numElements, numVertices);
+  if (!mline || numVertices < 1 || numElements < 1) return freePointTable(ptList, count);
+  *ptList = renewPointTable(*ptList, numElements, numVertices);
   *count = numElements;
   for (int vertex = 0; vertex < numVertices; ++vertex) elementPoints(*mline, vertex, *ptList, numElements);
 }

@@ -19,6 +19,13 @@ Triples makeTriples(std::size_t count) {
   return std::make_unique<Triple[]>(count);
 }
 
+template <class Coordinates>
+void store(const Coordinates& from, Triple to) {
+  to[0] = from.x;
+  to[1] = from.y;
+  to[2] = from.z;
+}
+
 // Where the host knows no such system the coordinates stay as they are.
 void convert(const double* in, const KdResbuf& from, const KdResbuf& to, int isDisplacement, double* out) {
   std::copy_n(in, 3, out);
@@ -34,16 +41,13 @@ void CMlineVertex::setParameters(std::size_t element, std::span<const double> va
 std::vector<CMlineVertex> readMlineVertices(const KdDbMline& mline) {
   std::vector<CMlineVertex> vertices;
   vertices.reserve(static_cast<std::size_t>(mline.numVertices()) + 1);  // an edit may add one
-  vertices.resize(static_cast<std::size_t>(mline.numVertices()));
-  const Triples triples = makeTriples(vertices.size());
-  const auto read = [&](int (*get)(const KdDbMline*, Triple*), Triple CMlineVertex::*member) {
-    get(&mline, triples.get());
-    for (std::size_t i = 0; i < vertices.size(); ++i) std::copy_n(triples[i], 3, vertices[i].*member);
-  };
-  read(GetVertices, &CMlineVertex::position);
-  read(GetAxis, &CMlineVertex::axis);
-  read(GetMilters, &CMlineVertex::miter);
-  for (std::size_t i = 0; i < vertices.size(); ++i) vertices[i].elements = mline.segmentsAt(static_cast<int>(i));
+  for (int i = 0; i < mline.numVertices(); ++i) {
+    CMlineVertex& vertex = vertices.emplace_back();
+    store(mline.vertexAt(i), vertex.position);
+    store(mline.axisAt(i), vertex.axis);
+    store(mline.miterAt(i), vertex.miter);
+    vertex.elements = mline.segmentsAt(i);
+  }
   return vertices;
 }
 

@@ -9,7 +9,7 @@ using Row = double (*)[3];
 
 // A table is one piece of memory: this, the rows, and then all points.
 struct Head {
-  std::size_t holders = 1;
+  std::size_t rows, columns, holders = 1;
 };
 
 Head* headOf(Row* table) {
@@ -33,10 +33,20 @@ double offsetOf(const KdMLSegmentView& element) {
 double (**newPointTable(int rows, int columns))[3] {
   const auto rowCount = static_cast<std::size_t>(rows), rowSize = static_cast<std::size_t>(columns);
   void* memory = ::operator new(sizeof(Head) + rowCount * (sizeof(Row) + rowSize * sizeof(double[3])));
-  Row* table = reinterpret_cast<Row*>(new (memory) Head + 1);
+  Row* table = reinterpret_cast<Row*>(new (memory) Head{rowCount, rowSize} + 1);
   const Row points = reinterpret_cast<Row>(table + rowCount);
   for (std::size_t row = 0; row < rowCount; ++row) table[row] = points + row * rowSize;
   return table;
+}
+
+double (**renewPointTable(double (**table)[3], int rows, int columns))[3] {
+  const Head* head = table ? headOf(table) : nullptr;
+  const bool fits = head && head->holders == 1 && head->rows == static_cast<std::size_t>(rows) &&
+                    head->columns == static_cast<std::size_t>(columns);
+  if (fits) return table;
+  int oldRows = 0;
+  freePointTable(&table, &oldRows);
+  return newPointTable(rows, columns);
 }
 
 double (**sharePointTable(double (**table)[3]))[3] {

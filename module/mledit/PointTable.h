@@ -8,6 +8,10 @@
 /// freePointTable().
 double (**newPointTable(int rows, int columns))[3];
 
+/// A table of that size in place of another one, whose points are given up; in the same memory where that will do. The other
+/// one may be null.
+double (**renewPointTable(double (**table)[3], int rows, int columns))[3];
+
 /// The same table for another holder, who releases it too; neither changes it then. Null for null.
 double (**sharePointTable(double (**table)[3]))[3];
 

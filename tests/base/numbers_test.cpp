@@ -148,37 +148,36 @@ TEST(Numbers, ReadsDecimalsOfEveryLengthToTheLastBit) {
   }
 }
 
-TEST(Numbers, NearDecimalsAgreeWithTheExactReader) {
-  std::mt19937_64 random(3);
-  int read = 0;
-  for (int i = 0; i < 20'000; ++i) {
+TEST(Numbers, PointedDecimalsAgreeWithTheLibrary) {
+  constexpr unsigned kSeed = 3;
+  std::mt19937_64 random(kSeed);
+  int valid = 0;
+  for (int i = 0; i < 50'000; ++i) {
+    const std::size_t whole = random() % 10, decimals = random() % 20;
     std::string text(random() % 2, '-');
-    const std::size_t whole = random() % 10, fraction = random() % 19;
-    while (text.size() < whole) text += static_cast<char>('0' + random() % 10);
-    if (random() % 4 != 0) text += '.';
-    for (std::size_t k = 0; k < fraction; ++k) text += static_cast<char>('0' + random() % 10);
-    // What follows may be short, where nothing behind it may be read, or long.
-    const std::string follower = std::string("\n\rx .e-")[random() % 7] + std::string(random() % 2 * 30, '7');
-    const std::vector<char> line = [&] {
-      std::vector<char> all(text.begin(), text.end());
-      all.insert(all.end(), follower.begin(), follower.end());
-      return all;
-    }();
-    double value = 0.25;
-    const char* const end = readNearDecimal(line.data(), line.data() + line.size(), value);
-    if (!end) {
-      EXPECT_EQ(value, 0.25) << text;
-      continue;
-    }
-    ++read;
-    const std::string taken(line.data(), end);
-    ASSERT_TRUE(taken == text ||
-                (text.find('.') == std::string::npos && taken == text + follower.substr(0, taken.size() - text.size())))
-        << taken << " of " << text;
-    const double exact = parseReal(taken).value();
-    EXPECT_NEAR(value, exact, std::abs(exact) * 5e-16) << taken;
+    const auto digits = [&](std::size_t count) {
+      for (std::size_t k = 0; k < count; ++k) text += static_cast<char>('0' + random() % 10);
+    };
+    digits(whole);
+    const std::size_t point = text.size();
+    text += '.';
+    digits(decimals);
+    const bool isSpoilt = random() % 4 == 0 && whole + decimals > 0;
+    if (isSpoilt) text[point == text.size() - 1 ? point - 1 : point + 1 + random() % decimals] = ":/ e-\xB0"[random() % 6];
+    const std::string memory = "77777777" + text;  // what stands in front may be read, nothing behind
+    const std::vector<char> exact(memory.begin(), memory.end());
+    const char* const begin = exact.data() + 8;
+    const PointedDecimal decimal(begin, begin + point, begin + text.size());
+    ASSERT_EQ(decimal.isValid(), !isSpoilt && whole >= 1 && whole <= 8 && decimals >= 1 && decimals <= 18) << text;
+    if (!decimal.isValid()) continue;
+    ++valid;
+    const double expected = std::strtod(text.c_str(), nullptr);
+    EXPECT_NEAR(decimal.nearValue(), expected, std::abs(expected) * 5e-16) << text;
+    ASSERT_EQ(decimal.fitsExactly(), whole + decimals <= 18) << text;
+    if (!decimal.fitsExactly()) continue;
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(decimal.exactValue()), std::bit_cast<std::uint64_t>(expected)) << text;
   }
-  EXPECT_GT(read, 5'000);
+  EXPECT_GT(valid, 10'000);
 }
 
 TEST(Numbers, WritesHandlesAsPrintfDoes) {

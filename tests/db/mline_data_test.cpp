@@ -22,7 +22,9 @@ struct Wall {
     record = database->file().next(database->file().section("ENTITIES"));
   }
   db::MlineData read() const { return db::readMline(database->file(), record); }
-  std::string write(const db::MlineData& data) const { return db::writeMline(database->file(), record, data); }
+  std::string write(const db::MlineData& data) const {
+    return std::string(db::writeMline(database->file(), record, data).bytes());
+  }
   std::string_view bytes() const { return database->file().bytes(record); }
 
   std::unique_ptr<db::Database> database;
@@ -256,13 +258,47 @@ TEST(MlineWriter, KeepsTheLineEndsOfTheDrawing) {
     const dxf::RecordId record = database->file().find(0xA0);
     db::MlineData data = db::readMline(database->file(), record);
     setList(data, 0, 0, {0.5, 0, 40, 60});
-    const std::string written = db::writeMline(database->file(), record, data);
+    const std::string written(db::writeMline(database->file(), record, data).bytes());
     const auto count = [&](std::string_view bytes, char end) { return std::ranges::count(bytes, end); };
     for (const char end : {'\n', '\r'}) {
       const bool isUsed = lineEnd.find(end) != std::string::npos;
       EXPECT_EQ(count(written, end), isUsed ? count(database->file().bytes(record), lineEnd[0]) + 4 : 0);
     }
   }
+}
+
+TEST(MlineWriter, AnEditOfALongRecordCopiesNothingOfTheRestAndIsSavedTheSame) {
+  std::string text = "0 MLINE\n5 A0\n100 AcDbEntity\n8 0\n100 AcDbMline\n2 STANDARD\n40 1.0\n72 500";
+  for (int i = 0; i < 500; ++i) {
+    text +=
+        "\n11 " + std::to_string(i) + ".50\n21 0\n31 0\n12 1.0\n22 0\n32 0\n13 0\n23 1.0\n33 0\n74 2\n41 0.5\n41 0.0\n75 0";
+  }
+  const Wall wall(text);
+  dxf::DrawingFile& file = wall.database->file();
+  const std::string before = file.toBytes(), record(wall.bytes());
+  db::MlineData data = wall.read();
+  setList(data, 250, 0, {0.5, 0, 40, 60});
+  const dxf::RecordText edited = db::writeMline(file, wall.record, data);
+  std::size_t kept = 0;
+  edited.forEachPiece([&](std::string_view piece) {
+    if (piece.data() >= wall.bytes().data() && piece.data() < wall.bytes().data() + wall.bytes().size())
+      kept += piece.size();
+  });
+  EXPECT_GT(kept, record.size() * 9 / 10);
+  file.setBytes(wall.record, edited);
+  const std::string after = file.toBytes();
+  const auto change = ElementsAre("-74 2", "+74      4", "+41 40.0", "+41 60.0");
+  EXPECT_THAT(difference(before, after), change);
+  EXPECT_THAT(difference(record, wall.bytes()), change);
+  EXPECT_EQ(file.toBytes(), after) << "in one piece as in several";
+
+  data = wall.read();
+  data.scale = 2;
+  const dxf::RecordText again = db::writeMline(file, wall.record, data);
+  EXPECT_THAT(difference(wall.bytes(), again.bytes()), ElementsAre("-40 1.0", "+40 2.0"));
+  file.setBytes(wall.record, again);
+  file.setState(wall.record, {});
+  EXPECT_EQ(file.toBytes(), before);
 }
 
 /// Whatever a record says and whatever it is to say, what is written reads back as what was wanted.
@@ -315,7 +351,7 @@ TEST(MlineWriter, WritesWhatReadsBackFromAnyRecordToAnyData) {
       if (!others.empty()) wanted.vertices.insert(at, others.front());
       if (wanted.vertices.size() > 1 && below(2) == 1) wanted.vertices.erase(wanted.vertices.begin() + below(2));
     }
-    const std::string written = db::writeMline(file, bytes, source, wanted);
+    const std::string written(db::writeMline(file, bytes, source, wanted).bytes());
     expectSame(parse(written), wanted);
     ASSERT_EQ(written.find("999") != std::string::npos, bytes.find("999") != std::string::npos);
     if (HasFailure()) FAIL() << "from\n" << text << "to\n" << written;

@@ -190,9 +190,9 @@ TEST(DrawingFile, ViewsOfARecordOutliveOtherChanges) {
   auto opened = openBytes(test::textForm(sampleGroups()));
   ASSERT_TRUE(opened.file);
   DrawingFile& file = *opened.file;
-  file.setBytes(1, "  0\nA\n");
+  file.setBytes(1, std::string("  0\nA\n"));
   const std::string_view view = file.bytes(1);
-  for (RecordId id = 2; id < file.originalCount(); ++id) file.setBytes(id, "  0\nB\n");
+  for (RecordId id = 2; id < file.originalCount(); ++id) file.setBytes(id, std::string("  0\nB\n"));
   for (int i = 0; i < 1000; ++i) file.insertAfter(1, "  0\nC\n");
   EXPECT_EQ(view, "  0\nA\n");
   EXPECT_EQ(view.data(), file.bytes(1).data());

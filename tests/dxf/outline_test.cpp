@@ -117,7 +117,8 @@ TEST(Outline, FindsTheSameRecordsAsReadingLineByLine) {
 }
 
 TEST(Outline, BadCodesAreFoundWhereverTheyStand) {
-  for (const std::string bad : {"lost", "", " ", "1 0", "0x", "10.0", "\xE4", "- 5", "1234567", "O", "\v0"}) {
+  for (const std::string bad : {"lost", "", " ", "1 0", "0x", "10.0", "\xE4", "- 5", "1234567", "O", "\v0", "!10", "1:0",
+                                "11/", "1 01", "10:0", "/071"}) {
     for (std::size_t filler = 0; filler < 130; ++filler) {
       const std::string before = "  0\nLINE\n  1\n" + std::string(filler, 'v') + "\n";
       const std::string text = before + bad + "\nvalue\n  0\nEOF\n";

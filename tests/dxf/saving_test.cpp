@@ -78,7 +78,7 @@ TEST(Saving, EditsAreSavedAgainAndAgain) {
 TEST(Saving, TheSeedFollowsHandlesGivenOutAndNothingElse) {
   const TemporaryFolder folder;
   DrawingFile file = openFile(folder.write("plan.dxf", sample()));
-  file.setBytes(file.find(0x31), "  0\r\nLINE\r\n  5\r\n31\r\n");
+  file.setBytes(file.find(0x31), std::string("  0\r\nLINE\r\n  5\r\n31\r\n"));
   ASSERT_TRUE(file.save(file.path(), {}));
   EXPECT_EQ(file.headerVariable("$HANDSEED").at(0).value, "40");
   EXPECT_FALSE(file.isChanged(file.section("HEADER")));
