@@ -6,6 +6,7 @@
 namespace {
 
 constexpr int kByBlockIndex = 0, kByLayerIndex = 256;
+constexpr wchar_t kBookMark = L'$';
 
 using Palette = std::array<std::uint32_t, 256>;
 
@@ -90,10 +91,30 @@ bool KdCmColor::setColorIndex(int index) {
   } else {
     m_color = std::uint32_t{kByIndex} << 24 | static_cast<std::uint32_t>(index);
   }
+  m_bookKey.clear();
   return true;
 }
 
 std::uint32_t KdCmColor::rgb() const {
   if (isTrueColor()) return m_color & 0xFFFFFFu;
   return colorMethod() == kByIndex ? kPalette[m_color & 0xFF] : 0;
+}
+
+std::wstring KdCmColor::bookName() const {
+  const std::size_t mark = m_bookKey.find(kBookMark);
+  return mark == std::wstring::npos ? std::wstring() : m_bookKey.substr(0, mark);
+}
+
+std::wstring KdCmColor::colorName() const {
+  const std::size_t mark = m_bookKey.find(kBookMark);
+  return mark == std::wstring::npos ? m_bookKey : m_bookKey.substr(mark + 1);
+}
+
+std::wstring KdCmColor::displayName() const {
+  if (std::wstring name = colorName(); !name.empty()) return name;
+  if (isByLayer()) return L"ByLayer";
+  if (isByBlock()) return L"ByBlock";
+  if (!isTrueColor()) return std::to_wstring(colorIndex());
+  const auto channel = [this](int shift) { return std::to_wstring(m_color >> shift & 0xFF); };
+  return channel(16) + L"," + channel(8) + L"," + channel(0);
 }

@@ -43,6 +43,23 @@ bool isInPaperSpace(dxf::Groups groups) {
   return false;
 }
 
+/// A table says how many entries a reader has to reckon with.
+void raiseCount(Database& database, dxf::RecordId table, std::size_t count) {
+  const dxf::DrawingFile& file = database.file();
+  dxf::RecordBuilder out(file);
+  bool isRaised = false;
+  for (const dxf::Group& group : file.groups(table)) {
+    const bool isTooLow = group.code == 70 && group.integerOr(0) < static_cast<std::int64_t>(count);
+    if (isTooLow) {
+      out.integer(70, static_cast<std::int64_t>(count));
+    } else {
+      out.copy(group);
+    }
+    isRaised = isRaised || isTooLow;
+  }
+  if (isRaised) database.setBytes(table, out.take());
+}
+
 }  // namespace
 
 dxf::RecordId Database::modelSpace() const {
@@ -206,7 +223,9 @@ dxf::RecordId Database::appendToTable(dxf::RecordId table, std::string bytes) {
     if (type == dxf::RecordType::endtab || type == dxf::RecordType::table || endsEntities(type)) break;
     if (record < m_file.originalCount()) last = record;
   }
-  return insert(last, std::move(bytes));
+  const dxf::RecordId record = insert(last, std::move(bytes));
+  raiseCount(*this, table, symbols(m_file.type(record)).size());
+  return record;
 }
 
 dxf::RecordId Database::appendToBlocks(std::string bytes) {
@@ -223,7 +242,8 @@ std::unique_ptr<KdDbObject> Database::makeObject(dxf::RecordId record) const {
   using enum dxf::RecordType;
   using Internals = KdDbSystemInternals;
   const dxf::RecordType type = m_file.type(record);
-  if (record == blockTable()) return Internals::make<KdDbBlockTable>(std::make_unique<TableImp>());
+  const bool isMark = type == table || type == section || type == endsec;  // what can stand for the block table
+  if (isMark && record == blockTable()) return Internals::make<KdDbBlockTable>(std::make_unique<TableImp>());
   switch (type) {
     case mline:
       return std::make_unique<KdDbMline>();

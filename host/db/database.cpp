@@ -131,6 +131,7 @@ void Database::noteDirty(dxf::RecordId record) {
 
 void Database::noteChanged(dxf::RecordId record) {
   m_structure->forget(m_file.type(record));
+  if (m_file.type(record) == dxf::RecordType::mline) m_mlines.reset();
   m_changes.push_back(record);
 }
 
@@ -162,10 +163,33 @@ MlineStyleData Database::mlineStyle(dxf::RecordId record) const {
   return readMlineStyle(m_file, m_file.groups(record));
 }
 
+std::shared_ptr<const MlineIndex> Database::mlines() const {
+  if (!m_mlines) m_mlines = std::make_shared<const MlineIndex>(*this);
+  return m_mlines;
+}
+
 // --- changes ---
 
 void Database::flush() {
   for (const dxf::RecordId record : std::exchange(m_dirty, {})) write(record);
+  dropUnnamedStyles();
+}
+
+void Database::dropUnnamedStyles() {
+  for (const dxf::RecordId record : std::exchange(m_unnamed, {})) {
+    const bool isStyle = record != dxf::kNoRecord && m_file.type(record) == dxf::RecordType::mlineStyle;
+    if (isStyle && !isStyleNeeded(record)) setErased(record, true);
+  }
+}
+
+bool Database::isStyleNeeded(dxf::RecordId style) const {
+  const dxf::Handle handle = m_file.handle(style);
+  std::vector<DictionaryEntry> storage;
+  const dxf::RecordId owner = m_file.find(ownerHandle(m_file.groups(style)));
+  if (owner == dxf::kNoRecord) return true;
+  const bool isNamed =
+      std::ranges::any_of(dictionary(owner, storage), [&](const auto& entry) { return entry.handle == handle; });
+  return isNamed || std::ranges::any_of(mlines()->all(), [&](const auto& entry) { return entry.styleHandle == handle; });
 }
 
 void Database::write(dxf::RecordId record) {
@@ -187,6 +211,13 @@ void Database::beginUndoStep(std::wstring name) {
 void Database::endUndoStep() {
   flush();
   m_undo->end(m_file);
+}
+
+void Database::nextUndoStep() {
+  if (!m_undo->isRecording()) return;
+  std::wstring name = m_undo->name();
+  endUndoStep();
+  beginUndoStep(std::move(name));
 }
 
 std::optional<std::wstring> Database::undo() {

@@ -15,6 +15,7 @@
 #include "base/result.h"
 #include "db/dictionary_data.h"
 #include "db/mline_data.h"
+#include "db/mline_index.h"
 #include "db/mline_style_data.h"
 #include "dxf/drawing_file.h"
 
@@ -80,6 +81,9 @@ class TORVA_API Database final : public KdDbDatabase {
   /// The same for a multiline style. Requires of both: the record is of that type.
   MlineStyleData mlineStyle(dxf::RecordId record) const;
 
+  /// All multilines as they were when last closed. Shared, since a walk over them goes on when one is changed meanwhile.
+  std::shared_ptr<const MlineIndex> mlines() const;
+
   /// The multilines read last, for the object that is made of one of them.
   RecentMlines& recentMlines() { return *m_recentMlines; }
 
@@ -95,6 +99,8 @@ class TORVA_API Database final : public KdDbDatabase {
   /// redo() end a running step first.
   void beginUndoStep(std::wstring name);
   void endUndoStep();
+  /// Ends a running step and begins another one of its name; does nothing outside of one.
+  void nextUndoStep();
   /// Name of the step taken back or brought again; nothing when there is none.
   std::optional<std::wstring> undo();
   std::optional<std::wstring> redo();
@@ -126,8 +132,8 @@ class TORVA_API Database final : public KdDbDatabase {
   /// @return kNoRecord when the drawing has no place for it
   dxf::RecordId appendToModelSpace(std::string bytes);
   dxf::RecordId appendToBlock(dxf::RecordId block, std::string bytes);
-  /// The same for a symbol, behind the last one of a table, and for a record of the BLOCKS section or an object (kNoRecord
-  /// without that section).
+  /// The same for a symbol, behind the last one of a table, whose count follows, and for a record of the BLOCKS section or
+  /// an object (kNoRecord without that section).
   dxf::RecordId appendToTable(dxf::RecordId table, std::string bytes);
   dxf::RecordId appendToBlocks(std::string bytes);
   dxf::RecordId appendToObjects(std::string bytes);
@@ -180,6 +186,8 @@ class TORVA_API Database final : public KdDbDatabase {
   /// KdDbDictionary::setAt() and KdDbBlockTableRecord::appendEntity().
   KdStatus adoptObject(KdDbObject& object, dxf::RecordId dictionary);
   KdStatus adoptEntity(KdDbEntity& entity, dxf::RecordId block);
+  /// A dictionary names this object (or kNoRecord) no longer. A style that nobody needs then is dropped at the next flush().
+  void noteUnnamed(dxf::RecordId record) { m_unnamed.push_back(record); }
 
   const KdDbObject* loaded(dxf::RecordId record) const;
   KdDbObject& objectOf(dxf::RecordId record);
@@ -187,6 +195,8 @@ class TORVA_API Database final : public KdDbDatabase {
   dxf::RecordId insert(dxf::RecordId previous, std::string bytes);
   void adopt(KdDbObject& object, dxf::RecordId record);
   void write(dxf::RecordId record);
+  void dropUnnamedStyles();
+  bool isStyleNeeded(dxf::RecordId style) const;
   void exchange(dxf::RecordId record, dxf::RecordState& state);
   /// What was changed for a while and changed back leaves no trace, even where its text in the file was of another form.
   void forgetNeedlessChange(dxf::RecordId record);
@@ -202,7 +212,9 @@ class TORVA_API Database final : public KdDbDatabase {
   std::set<dxf::RecordId> m_lockedEntities;  // that were refused for write
   std::vector<dxf::RecordId> m_open;         // in the order of opening
   std::vector<dxf::RecordId> m_dirty;        // objects that are newer than their records
+  std::vector<dxf::RecordId> m_unnamed;      // objects that a dictionary named until now
   std::unique_ptr<Structure> m_structure;
+  mutable std::shared_ptr<const MlineIndex> m_mlines;  // built on first need
   std::unique_ptr<RecentMlines> m_recentMlines;
   std::unique_ptr<UndoLog> m_undo;
 };

@@ -93,7 +93,9 @@ KdStatus KdDbDictionary::setAt(const std::wstring& name, KdDbObject* object, KdD
   if (found == entries.end()) {
     entries.push_back({name, handle});
   } else {
-    entries[static_cast<std::size_t>(found - entries.begin())].handle = handle;
+    const torva::dxf::Handle former =
+        std::exchange(entries[static_cast<std::size_t>(found - entries.begin())].handle, handle);
+    imp.database()->noteUnnamed(imp.file().find(former));
   }
   return KdStatus::ok;
 }
@@ -104,6 +106,7 @@ KdStatus KdDbDictionary::remove(const std::wstring& name) {
   const auto found = torva::db::findEntry(imp.entries(), name);
   if (found == imp.entries().end()) return KdStatus::keyNotFound;
   const auto index = found - imp.entries().begin();
+  imp.database()->noteUnnamed(imp.file().find(found->handle));
   Entries& entries = imp.change();
   entries.erase(entries.begin() + index);
   return KdStatus::ok;

@@ -1,5 +1,6 @@
 #include "base/current.h"
 #include "db/database.h"
+#include "db/mline_styles.h"
 
 #include <kdrx/db_database.h>
 
@@ -20,8 +21,28 @@ Status guarded(Function function, Status failed) noexcept {
   }
 }
 
+class MlineIterator final : public KdDbMlineIterator {
+ public:
+  explicit MlineIterator(const Database& database) : m_database(database), m_mlines(database.mlines()) {}
+
+  bool done() const override { return m_index >= m_mlines->all().size(); }
+  void step() override { ++m_index; }
+  KdDbObjectId mlineId() const override {
+    return done() ? KdDbObjectId() : m_database.idOf(m_mlines->all()[m_index].record);
+  }
+  KdDbObjectId styleId() const override {
+    return done() ? KdDbObjectId() : m_database.idOf(torva::db::mlineStyleOf(m_database, m_mlines->all()[m_index]));
+  }
+
+ private:
+  const Database& m_database;
+  const std::shared_ptr<const torva::db::MlineIndex> m_mlines;
+  std::size_t m_index = 0;
+};
+
 }  // namespace
 
+KdDbMlineIterator::~KdDbMlineIterator() = default;
 KdDbDatabase::~KdDbDatabase() = default;
 
 KdStatus KdDbDatabase::getBlockTable(KdDbBlockTable*& table, KdOpenMode mode) {
@@ -29,6 +50,10 @@ KdStatus KdDbDatabase::getBlockTable(KdDbBlockTable*& table, KdOpenMode mode) {
   const KdStatus status = static_cast<Database*>(this)->openObject(object, blockTableId(), mode, false);
   if (status == KdStatus::ok) table = static_cast<KdDbBlockTable*>(object);
   return status;
+}
+
+std::unique_ptr<KdDbMlineIterator> KdDbDatabase::newMlineIterator() const {
+  return std::make_unique<MlineIterator>(static_cast<const Database&>(*this));
 }
 
 KdDbDatabase* kddbWorkingDatabase() noexcept {
@@ -62,6 +87,14 @@ KdStatus kddbGetName(KdName name, KdDbObjectId id) noexcept {
   name[0] = static_cast<long>(id.word() >> kHalf);
   name[1] = static_cast<long>(static_cast<std::uint32_t>(id.word()));
   return KdStatus::ok;
+}
+
+void kddbNextUndoStep() noexcept {
+  const auto next = [] {
+    if (Database* database = Current<Database>::get()) database->nextUndoStep();
+    return true;
+  };
+  (void)guarded(next, false);
 }
 
 int kddbNamedObjDict(KdName name) noexcept {

@@ -127,23 +127,6 @@ void copyReferences(Database& database, dxf::RecordBuilder& out) {
   }
 }
 
-/// A table says how many entries a reader has to reckon with.
-void raiseCount(Database& database, dxf::RecordId table, std::size_t count) {
-  const dxf::DrawingFile& file = database.file();
-  dxf::RecordBuilder out(file);
-  bool isRaised = false;
-  for (const dxf::Group& group : file.groups(table)) {
-    const bool isTooLow = group.code == 70 && group.integerOr(0) < static_cast<std::int64_t>(count);
-    if (isTooLow) {
-      out.integer(70, static_cast<std::int64_t>(count));
-    } else {
-      out.copy(group);
-    }
-    isRaised = isRaised || isTooLow;
-  }
-  if (isRaised) database.setBytes(table, out.take());
-}
-
 }  // namespace
 
 LayerData readLayer(const dxf::DrawingFile& file, dxf::RecordId record) {
@@ -215,9 +198,7 @@ Result<dxf::RecordId> addLayer(Database& database, const std::wstring& name) {
     bytes.integer(370, kDefaultLineWeight);
     copyReferences(database, bytes);
   }
-  const dxf::RecordId record = database.appendToTable(table, bytes.take());
-  raiseCount(database, table, database.symbols(dxf::RecordType::layer).size());
-  return record;
+  return database.appendToTable(table, bytes.take());
 }
 
 }  // namespace torva::db

@@ -98,15 +98,7 @@ dxf::RecordId MlineImp::style() const {
   const Database* const database = context();
   if (!database) return dxf::kNoRecord;
   const bool hasOwnHandles = this->database() || m_origin == database->serial();
-  if (m_data->styleHandle != 0 && hasOwnHandles) {
-    const dxf::DrawingFile& drawing = database->file();
-    const dxf::RecordId record = drawing.find(m_data->styleHandle);
-    if (record != dxf::kNoRecord && !drawing.isErased(record) && drawing.type(record) == dxf::RecordType::mlineStyle) {
-      return record;
-    }
-  }
-  const dxf::RecordId named = findMlineStyle(*database, m_data->styleName);
-  return named != dxf::kNoRecord ? named : findMlineStyle(*database, kStandardMlineStyle);
+  return mlineStyleOf(*database, hasOwnHandles ? m_data->styleHandle : 0, m_data->styleName);
 }
 
 MlineShape MlineImp::shape() const {

@@ -4,18 +4,16 @@
 #include "base/text.h"
 #include "db/database.h"
 #include "db/mline_style_imp.h"
+#include "db/mline_styles.h"
 #include "db/record_groups.h"
 
 #include <kdrx/db_mline_style.h>
 
 namespace torva::db {
 
-namespace {
-constexpr std::wstring_view kByLayer = L"BYLAYER";
-}
-
 void MlineStyleImp::read() {
   m_data = readMlineStyle(file(), file().groups(record()));
+  m_nameInMlines = m_data.name;
   m_areElementsChanged = false;
 }
 
@@ -34,6 +32,8 @@ std::vector<MlineStyleElement>& MlineStyleImp::changeElements() {
 }
 
 void MlineStyleImp::settle() {
+  const std::wstring former = std::exchange(m_nameInMlines, m_data.name);
+  if (former != m_data.name) renameInMlines(*database(), record(), former, m_data.name);
   if (!std::exchange(m_areElementsChanged, false)) return;
   std::ranges::stable_sort(m_data.elements, std::ranges::greater(), &MlineStyleElement::offset);
 }
@@ -47,7 +47,7 @@ std::wstring MlineStyleImp::linetypeName(KdDbObjectId linetype) const {
 
 KdDbObjectId MlineStyleImp::linetypeId(const MlineStyleElement& element) const {
   const Database* database = context();
-  if (!database || equalsIgnoringCase(element.linetype, kByLayer)) return {};
+  if (!database) return {};
   return database->idOf(database->findSymbol(dxf::RecordType::ltype, element.linetype));
 }
 
@@ -65,7 +65,7 @@ MlineStyleImp& impOf(const KdDbMlineStyle& style) {
 }
 
 template <class Member, class Value>
-KdStatus set(const KdDbMlineStyle& style, Member member, const Value& value) {
+KdStatus setMember(const KdDbMlineStyle& style, Member member, const Value& value) {
   MlineStyleImp& imp = impOf(style);
   if (!imp.isWritable()) return KdStatus::notOpen;
   imp.change().*member = value;
@@ -74,21 +74,22 @@ KdStatus set(const KdDbMlineStyle& style, Member member, const Value& value) {
 
 KdStatus setFlag(const KdDbMlineStyle& style, torva::db::MlineStyleFlag flag, bool value) {
   const int flags = impOf(style).data().flags;
-  return set(style, &MlineStyleData::flags, value ? flags | flag : flags & ~flag);
+  return setMember(style, &MlineStyleData::flags, value ? flags | flag : flags & ~flag);
 }
 
 KdStatus setAngle(const KdDbMlineStyle& style, double MlineStyleData::*angle, double valueRad) {
-  return std::isfinite(valueRad) ? set(style, angle, valueRad) : KdStatus::invalidInput;
+  return std::isfinite(valueRad) ? setMember(style, angle, valueRad) : KdStatus::invalidInput;
 }
 
 bool isElement(const KdDbMlineStyle& style, int index) {
   return index >= 0 && index < style.numElements();
 }
 
-/// Gives an element its linetype. A null id leaves one alone that has no id: by layer, or a name that the drawing lacks.
+/// Gives an element its linetype. A null id leaves one alone that is by layer, or that has no id as the drawing lacks it.
 KdStatus setLinetype(const MlineStyleImp& imp, MlineStyleElement& element, KdDbObjectId linetype) {
   if (linetype.isNull()) {
-    if (!imp.linetypeId(element).isNull()) element.linetype = MlineStyleElement().linetype;
+    const std::wstring byLayer = MlineStyleElement().linetype;
+    if (!imp.linetypeId(element).isNull() && !equalsIgnoringCase(element.linetype, byLayer)) element.linetype = byLayer;
     return KdStatus::ok;
   }
   const std::wstring name = imp.linetypeName(linetype);
@@ -113,13 +114,13 @@ const std::wstring& KdDbMlineStyle::name() const {
   return impOf(*this).data().name;
 }
 KdStatus KdDbMlineStyle::setName(const std::wstring& name) {
-  return set(*this, &MlineStyleData::name, name);
+  return setMember(*this, &MlineStyleData::name, name);
 }
 const std::wstring& KdDbMlineStyle::description() const {
   return impOf(*this).data().description;
 }
 KdStatus KdDbMlineStyle::setDescription(const std::wstring& description) {
-  return set(*this, &MlineStyleData::description, description);
+  return setMember(*this, &MlineStyleData::description, description);
 }
 
 bool KdDbMlineStyle::filled() const {
@@ -175,7 +176,7 @@ const KdCmColor& KdDbMlineStyle::fillColor() const {
   return impOf(*this).data().fillColor;
 }
 KdStatus KdDbMlineStyle::setFillColor(const KdCmColor& color) {
-  return set(*this, &MlineStyleData::fillColor, color);
+  return setMember(*this, &MlineStyleData::fillColor, color);
 }
 
 double KdDbMlineStyle::startAngle() const {
@@ -248,4 +249,11 @@ KdStatus KdDbMlineStyle::copyFrom(const KdDbObject* source) {
   imp.changeElements() = data.elements;
   imp.change() = data;
   return KdStatus::ok;
+}
+
+KdStatus KdDbMlineStyle::set(const KdDbMlineStyle& source, bool includesName) {
+  const std::wstring ownName = name();
+  const KdStatus status = copyFrom(&source);
+  if (status == KdStatus::ok && !includesName) impOf(*this).change().name = ownName;
+  return status;
 }

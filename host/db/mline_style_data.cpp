@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
-#include <cmath>
 
+#include "db/angles.h"
 #include "db/color_groups.h"
 #include "db/record_groups.h"
 
@@ -15,17 +15,6 @@ namespace {
 constexpr std::string_view kClassMark = "AcDbMlineStyle";
 constexpr int kFirstXdataCode = 1000;
 constexpr int kFillColorIndex = 256, kElementColorIndex = 0;
-
-double toRadians(double degrees) {
-  return degrees * (std::numbers::pi / 180);
-}
-
-/// Degrees for an angle; whole ones when they say the same.
-double toDegrees(double angleRad) {
-  const double degrees = angleRad * (180 / std::numbers::pi);
-  const double whole = std::round(degrees);
-  return toRadians(whole) == angleRad ? whole : degrees;
-}
 
 /// Tells which groups of an MLINESTYLE record belong to the style part, and to which element.
 class StyleClassifier {
@@ -83,10 +72,10 @@ StyleSource readSource(const dxf::DrawingFile& file, dxf::Groups groups) {
           data.flags = static_cast<int>(group.integerOr(0));
           break;
         case 51:
-          data.startAngleRad = toRadians(group.realOr(90));
+          data.startAngleRad = radiansFrom(group.realOr(90));
           break;
         case 52:
-          data.endAngleRad = toRadians(group.realOr(90));
+          data.endAngleRad = radiansFrom(group.realOr(90));
           break;
         default:
           if (ColorGroups::isColorCode(group.code)) fill.take(file, group);
@@ -125,8 +114,9 @@ constexpr std::array kColorCodes = {62, 420, 430};
 /// Writes the groups of one color over its source.
 class ColorWriter {
  public:
-  void begin(const KdCmColor& color) {
-    m_target = ColorGroups::of(color);
+  void begin(const KdCmColor& source, const KdCmColor& target) {
+    m_target = ColorGroups::of(target);
+    m_isChanged = source != target;
     m_seen.fill(false);
     m_isDue = true;
   }
@@ -134,7 +124,9 @@ class ColorWriter {
     const std::size_t place = static_cast<std::size_t>(std::ranges::find(kColorCodes, group.code) - kColorCodes.begin());
     if (m_seen[place]) return;
     m_seen[place] = true;
-    if (m_target.says(file, group)) {
+    // Beside a true color that is new the index has to follow, for readers that know the index alone.
+    const bool isFormerIndex = m_isChanged && group.code == 62 && group.integer() != m_target.index;
+    if (m_target.says(file, group) && !isFormerIndex) {
       out.copy(group);
     } else {
       m_target.write(out, group.code);
@@ -154,6 +146,7 @@ class ColorWriter {
   ColorGroups m_target;
   std::array<bool, 3> m_seen = {};
   bool m_isDue = false;
+  bool m_isChanged = false;
 };
 
 class StyleWriter {
@@ -168,7 +161,7 @@ class StyleWriter {
 
   std::string write() {
     if (m_source.isEmpty) return writeAll();
-    m_color.begin(m_target.fillColor);
+    m_color.begin(m_source.data.fillColor, m_target.fillColor);
     StyleClassifier classifier;
     for (const dxf::Group& group : m_groups) {
       const auto place = classifier.classify(group);
@@ -226,8 +219,8 @@ class StyleWriter {
     if (isMissing(2, source.name != m_target.name)) m_out.text(2, m_target.name);
     if (isMissing(70, source.flags != m_target.flags)) m_out.integer(70, m_target.flags);
     if (isMissing(3, source.description != m_target.description)) m_out.text(3, m_target.description);
-    if (isMissing(51, source.startAngleRad != m_target.startAngleRad)) m_out.real(51, toDegrees(m_target.startAngleRad));
-    if (isMissing(52, source.endAngleRad != m_target.endAngleRad)) m_out.real(52, toDegrees(m_target.endAngleRad));
+    if (isMissing(51, source.startAngleRad != m_target.startAngleRad)) m_out.real(51, degreesFrom(m_target.startAngleRad));
+    if (isMissing(52, source.endAngleRad != m_target.endAngleRad)) m_out.real(52, degreesFrom(m_target.endAngleRad));
   }
 
   void writeElementGroup(const dxf::Group& group, int element) {
@@ -262,7 +255,7 @@ class StyleWriter {
     writeElementsUpTo(target);
     m_written = target + 1;
     m_hasLinetype = false;
-    m_color.begin(m_element->color);
+    m_color.begin(m_source.data.elements[static_cast<std::size_t>(element)].color, m_element->color);
   }
 
   void endElement() {
@@ -294,8 +287,8 @@ class StyleWriter {
     m_out.integer(70, m_target.flags);
     m_out.text(3, m_target.description);
     color(m_target.fillColor);
-    m_out.real(51, toDegrees(m_target.startAngleRad));
-    m_out.real(52, toDegrees(m_target.endAngleRad));
+    m_out.real(51, degreesFrom(m_target.startAngleRad));
+    m_out.real(52, degreesFrom(m_target.endAngleRad));
     m_out.integer(71, static_cast<std::int64_t>(m_target.elements.size()));
     writeElementsUpTo(static_cast<int>(m_target.elements.size()));
     return m_out.take();
@@ -323,7 +316,7 @@ class StyleWriter {
     if (source == target) {
       m_out.copy(group);
     } else {
-      m_out.real(group.code, toDegrees(target));
+      m_out.real(group.code, degreesFrom(target));
     }
   }
 

@@ -7,6 +7,7 @@ namespace torva::db {
 
 class MlineStyleImp final : public KdDbObjectImp {
  public:
+  void enter() override { m_nameInMlines = m_data.name; }
   void read() override;
 
   const MlineStyleData& data() const { return m_data; }
@@ -17,7 +18,7 @@ class MlineStyleImp final : public KdDbObjectImp {
 
   /// Name of the linetype with an id in context(); empty when there is none.
   std::wstring linetypeName(KdDbObjectId linetype) const;
-  /// Id of the linetype of an element; null when it is by layer or its name is not in the drawing.
+  /// Id of the linetype of an element; null when its name is not in the drawing.
   KdDbObjectId linetypeId(const MlineStyleElement& element) const;
 
  protected:
@@ -26,6 +27,7 @@ class MlineStyleImp final : public KdDbObjectImp {
 
  private:
   MlineStyleData m_data;
+  std::wstring m_nameInMlines;
   bool m_areElementsChanged = false;
 };
 

@@ -2,8 +2,10 @@
 
 #include <array>
 
+#include "base/text.h"
 #include "db/database.h"
 #include "db/dictionary_imp.h"
+#include "db/mline_imp.h"
 #include "db/opened.h"
 #include "db/system_variables.h"
 
@@ -35,6 +37,14 @@ KdDbObjectId styleDictionary(const Database& database) {
   return database.idOf(database.findInDictionary(std::array{kMlineStyleDictionary}));
 }
 
+/// The style with a handle; kNoRecord when there is none, or no longer.
+dxf::RecordId livingStyle(const Database& database, dxf::Handle handle) {
+  const dxf::DrawingFile& file = database.file();
+  const dxf::RecordId style = handle == 0 ? dxf::kNoRecord : file.find(handle);
+  const bool isAlive = style != dxf::kNoRecord && file.type(style) == dxf::RecordType::mlineStyle && !file.isErased(style);
+  return isAlive ? style : dxf::kNoRecord;
+}
+
 }  // namespace
 
 dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name) {
@@ -43,13 +53,31 @@ dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name) {
 }
 
 dxf::RecordId mlineStyleOf(const Database& database, dxf::Handle handle, std::wstring_view name) {
-  const dxf::DrawingFile& file = database.file();
-  const dxf::RecordId byHandle = handle == 0 ? dxf::kNoRecord : file.find(handle);
-  const bool isAlive =
-      byHandle != dxf::kNoRecord && file.type(byHandle) == dxf::RecordType::mlineStyle && !file.isErased(byHandle);
-  if (isAlive) return byHandle;
+  if (const dxf::RecordId byHandle = livingStyle(database, handle); byHandle != dxf::kNoRecord) return byHandle;
   const dxf::RecordId byName = findMlineStyle(database, name);
   return byName != dxf::kNoRecord ? byName : findMlineStyle(database, kStandardMlineStyle);
+}
+
+dxf::RecordId mlineStyleOf(const Database& database, const MlineIndex::Entry& mline) {
+  const dxf::RecordId byHandle = livingStyle(database, mline.styleHandle);
+  return byHandle != dxf::kNoRecord ? byHandle : mlineStyleOf(database, 0, database.mline(mline.record).styleName);
+}
+
+void renameInMlines(Database& database, dxf::RecordId style, const std::wstring& former, const std::wstring& name) {
+  const auto usesStyle = [&](const MlineIndex::Entry& mline) {
+    const dxf::RecordId byHandle = livingStyle(database, mline.styleHandle);
+    if (byHandle != dxf::kNoRecord) return byHandle == style;
+    return equalsIgnoringCase(database.mline(mline.record).styleName, former);
+  };
+  const auto mlines = database.mlines();
+  std::vector<dxf::RecordId> users;
+  for (const MlineIndex::Entry& mline : mlines->all()) {
+    if (usesStyle(mline) && database.mline(mline.record).styleName != name) users.push_back(mline.record);
+  }
+  for (const dxf::RecordId user : users) {
+    const Opened<KdDbMline> mline(database, database.idOf(user), KdOpenMode::forWrite);
+    if (mline) static_cast<MlineImp*>(KdDbSystemInternals::getImpObject(&*mline))->change().styleName = name;
+  }
 }
 
 std::vector<std::wstring> mlineStyleNames(const Database& database) {

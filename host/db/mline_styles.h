@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "db/mline_index.h"
 #include "dxf/record.h"
 
 namespace torva::db {
@@ -24,6 +25,12 @@ dxf::RecordId findMlineStyle(const Database& database, std::wstring_view name);
 /// The style that a multiline names: by handle, if that is dead by name, else STANDARD; kNoRecord when there is none of
 /// these.
 dxf::RecordId mlineStyleOf(const Database& database, dxf::Handle handle, std::wstring_view name);
+/// The same for a multiline of the index, which is read only when its handle is dead.
+dxf::RecordId mlineStyleOf(const Database& database, const MlineIndex::Entry& mline);
+
+/// Has the multilines of a style name it, beside its handle, by its new name. One that is open elsewhere keeps the former
+/// name.
+void renameInMlines(Database& database, dxf::RecordId style, const std::wstring& former, const std::wstring& name);
 
 /// Name of the style that new multilines get: the current one, or STANDARD where the drawing does not have it.
 std::wstring currentMlineStyle(const Database& database, const SystemVariables& variables);

@@ -131,6 +131,7 @@ SystemVariables::SystemVariables(Database* drawing) : m_drawing(drawing) {}
 
 void SystemVariables::setDrawing(Database* drawing) {
   m_drawing = drawing;
+  m_added.clear();
 }
 
 Result<VariableValue> SystemVariables::get(std::wstring_view name) const {
@@ -160,9 +161,21 @@ Result<void> SystemVariables::set(std::wstring_view name, const VariableValue& v
   }
   if (!m_drawing)
     return fail(ErrorCode::notApplicable, "there is no drawing to keep " + utf8FromWide(variable->name) + " in");
-  const auto present = readHeaderValue(m_drawing->file(), *variable);
-  if (present && isSame(*present, *own)) return {};
-  return writeHeaderValue(*m_drawing, *variable, *own);
+  return keepInDrawing(*variable, *own);
+}
+
+Result<void> SystemVariables::keepInDrawing(const VariableInfo& variable, const VariableValue& value) {
+  const auto present = readHeaderValue(m_drawing->file(), variable);
+  if (present && isSame(*present, value)) return {};
+  const bool isFirst = isSame(value, variable.first);
+  if (m_drawing->file().headerVariable(variable.header).empty()) {
+    if (isFirst) return {};
+    m_added.insert(variable.name);
+  } else if (isFirst && m_added.contains(variable.name)) {
+    m_drawing->setHeaderVariable(variable.header, {});
+    return {};
+  }
+  return writeHeaderValue(*m_drawing, variable, value);
 }
 
 void SystemVariables::setInternally(std::wstring_view name, const VariableValue& value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -14,6 +15,7 @@
 namespace torva::db {
 
 class Database;
+struct VariableInfo;
 
 using VariableValue = std::variant<int, double, std::wstring, KdGePoint3d>;
 
@@ -43,7 +45,12 @@ class TORVA_API SystemVariables {
   std::map<std::wstring, VariableValue> profileValues() const;
 
  private:
+  /// Writes what the drawing's header does not say, be it by saying nothing: a variable that was set for a while leaves no
+  /// trace.
+  Result<void> keepInDrawing(const VariableInfo& variable, const VariableValue& value);
+
   Database* m_drawing;
+  std::set<std::wstring_view> m_added;                          // to the drawing's header, which did not have them
   std::map<std::wstring, VariableValue, std::less<>> m_values;  // by upper-case name: profile and session
 };
 

@@ -22,7 +22,10 @@ void Database::UndoLog::end(const dxf::DrawingFile& file) {
   if (!std::exchange(m_isRecording, false)) return;
   m_kept.clear();
   Step step = std::exchange(m_current, {});
-  std::erase_if(step.entries, [&](const Entry& entry) { return file.isInState(entry.record, entry.state); });
+  std::erase_if(step.entries, [&](const Entry& entry) {
+    const bool isErasedStill = entry.state.isErased && file.isErased(entry.record);
+    return isErasedStill || file.isInState(entry.record, entry.state);
+  });
   if (step.entries.empty()) return;
   m_done.push_back(std::move(step));
   m_undone.clear();

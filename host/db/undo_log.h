@@ -20,12 +20,14 @@ class Database::UndoLog {
   };
 
   bool isRecording() const { return m_isRecording; }
+  /// The name of the step that is running.
+  const std::wstring& name() const { return m_current.name; }
   void begin(std::wstring name);
   /// Keeps the state of a record, the first time in a step; does nothing outside of one.
   void keep(const dxf::DrawingFile& file, dxf::RecordId record);
   /// For a record that the step has made: taken back, it is erased.
   void keepNew(const dxf::DrawingFile& file, dxf::RecordId record);
-  /// Ends the step. Records that are as they were are left out, a step without records is dropped.
+  /// Ends the step. Records that are as they were, or erased as they were, are left out, a step without records is dropped.
   void end(const dxf::DrawingFile& file);
 
   /// Moves the last step over to the other side and returns it for exchange(); null when there is none.

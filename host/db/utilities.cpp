@@ -3,7 +3,11 @@
 #include <new>
 #include <utility>
 
+#include "base/text.h"
+#include "dxf/file_writer.h"
+
 #include <kdrx/status.h>
+#include <kdrx/text.h>
 #include <kdrx/ut.h>
 
 double kdutDistance(const double* p, const double* q) noexcept {
@@ -32,5 +36,27 @@ void kdutRelRb(KdResbuf* chain) noexcept {
     KdResbuf* const item = std::exchange(chain, chain->next);
     if (item->restype == kKdResultString) kdutDelString(item->value.string);
     delete item;
+  }
+}
+
+std::wstring kdutWideFromUtf8(const std::string& text) {
+  return torva::wideFromUtf8(text);
+}
+
+std::string kdutUtf8FromWide(const std::wstring& text) {
+  return torva::utf8FromWide(text);
+}
+
+bool kdutEqualsIgnoringCase(const wchar_t* a, const wchar_t* b) noexcept {
+  return a && b ? torva::equalsIgnoringCase(std::wstring_view(a), std::wstring_view(b)) : a == b;
+}
+
+int kdutReplaceFile(const char* path, const char* content, std::size_t size) noexcept {
+  if (!path || (!content && size > 0)) return kKdInputError;
+  try {
+    const auto written = torva::dxf::replaceFile(path, {std::string_view(content, size)}, torva::dxf::Backup::none);
+    return written ? kKdInputNormal : kKdInputError;
+  } catch (...) {
+    return kKdInputError;
   }
 }

@@ -244,6 +244,20 @@ RecordId DrawingFile::next(RecordId id) const {
   return m_imp->m_edits.next(id);
 }
 
+std::vector<RecordId> DrawingFile::recordsOf(RecordType wanted) const {
+  std::vector<RecordId> records;
+  const RecordIndex& index = m_imp->m_drawing.outline.index;
+  for (RecordId id = 0; id < index.size(); ++id) {
+    if (index.type(id) == wanted) records.push_back(id);
+  }
+  if (recordCount() == index.size()) return records;
+  for (RecordId id = index.size(); id < recordCount(); ++id) {
+    if (type(id) == wanted) records.push_back(id);
+  }
+  std::ranges::sort(records, {}, [this](RecordId id) { return std::pair(anchor(id), id); });
+  return records;
+}
+
 RecordId DrawingFile::anchor(RecordId id) const {
   const RecordEdits& edits = m_imp->m_edits;
   return edits.isInserted(id) ? edits.inserted(id).anchor : id;
@@ -351,12 +365,12 @@ bool DrawingFile::setHeaderVariable(std::string_view name, std::string_view grou
   for (const Group& group : groups(header)) {
     if (isInside && group.code != 9) continue;
     isInside = !isFound && group.code == 9 && group.value == name;
+    isFound = isFound || isInside;
+    if (isInside && groupBytes.empty()) continue;
     changed.append(group.source);
-    if (!isInside) continue;
-    isFound = true;
-    changed.append(groupBytes);
+    if (isInside) changed.append(groupBytes);
   }
-  if (!isFound) {
+  if (!isFound && !groupBytes.empty()) {
     RecordBuilder builder(*this);
     builder.name(9, name);
     changed.append(builder.take()).append(groupBytes);

@@ -102,6 +102,8 @@ class TORVA_API DrawingFile {
   RecordId find(Handle handle) const;
   /// The record that follows in the order of saving, new ones in their places, erased ones included; kNoRecord at the end.
   RecordId next(RecordId id) const;
+  /// All records of a type in the order of saving, erased ones included; faster than walking by next().
+  std::vector<RecordId> recordsOf(RecordType type) const;
   /// The original record behind which a new one stands, itself or behind other new ones; an original record's own id.
   RecordId anchor(RecordId id) const;
   /// The first record of a section by its name ("TABLES"): the SECTION record itself; kNoRecord when there is none.
@@ -137,7 +139,8 @@ class TORVA_API DrawingFile {
 
   /// The groups of a header variable, without its group 9; empty when the drawing has no such variable.
   std::vector<Group> headerVariable(std::string_view name) const;
-  /// Replaces the groups of a header variable, or adds it at the header's end. `groups` comes from a RecordBuilder.
+  /// Replaces the groups of a header variable, or adds it at the header's end. `groups` comes from a RecordBuilder; without
+  /// groups the variable is taken out.
   /// A drawing without HEADER gets none: false.
   bool setHeaderVariable(std::string_view name, std::string_view groups);
 

@@ -5,8 +5,10 @@
 
 #include "base/current.h"
 #include "base/text.h"
+#include "db/linetype_file.h"
 #include "runtime/runtime.h"
 
+#include <kdrx/db_database.h>
 #include <kdrx/rx.h>
 #include <kdrx/text.h>
 
@@ -28,6 +30,19 @@ std::string folderOfCode(const void* address) {
   Dl_info library = {};
   if (!::dladdr(address, &library) || !library.dli_fname) return {};
   return torva::runtime::folderOf(library.dli_fname);
+}
+
+KdStatus statusOf(torva::ErrorCode code) {
+  switch (code) {
+    case torva::ErrorCode::unknownName:
+      return KdStatus::keyNotFound;
+    case torva::ErrorCode::invalidValue:
+      return KdStatus::invalidInput;
+    case torva::ErrorCode::notApplicable:
+      return KdStatus::notApplicable;
+    default:
+      return KdStatus::fileNotFound;
+  }
 }
 
 /// No exception leaves the host: what goes wrong in `call` gives `otherwise`.
@@ -101,5 +116,27 @@ unsigned GetModuleFileNameW(KdModuleHandle module, wchar_t* path, unsigned capac
   return guarded(0u, [=](Runtime& runtime) {
     const KdModuleHandleTag* found = runtime.modules.find(module);
     return found ? static_cast<unsigned>(copyText(torva::wideFromUtf8(found->path()), path, capacity)) : 0u;
+  });
+}
+
+unsigned kdrxRootFolder(wchar_t* path, unsigned capacity) noexcept {
+  if (!path || capacity == 0) return 0;
+  *path = L'\0';
+  return guarded(0u, [=](Runtime& runtime) {
+    return static_cast<unsigned>(copyText(torva::wideFromUtf8(runtime.folders.root) + L'/', path, capacity));
+  });
+}
+
+KdStatus kddbLoadLinetypeFromFile(const wchar_t* file, const wchar_t* name, KdDbObjectId& id, KdDbDatabase* database,
+                                  int /*flags*/) noexcept {
+  if (!file || !name || !database) return KdStatus::nullPointer;
+  return guarded(KdStatus::fileNotFound, [&](Runtime& runtime) {
+    std::string path = torva::utf8FromWide(file);
+    if (!path.starts_with('/')) path.insert(0, runtime.folders.root + '/');
+    auto& drawing = static_cast<torva::db::Database&>(*database);
+    const auto linetype = torva::db::loadLinetype(drawing, path, name);
+    if (!linetype) return statusOf(linetype.error().code);
+    id = drawing.idOf(*linetype);
+    return KdStatus::ok;
   });
 }

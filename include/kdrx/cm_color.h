@@ -25,11 +25,13 @@ class KDRX_API KdCmColor {
 
   /// 0 for by block, 256 for by layer, 1 to 255 for an index; for a true color the index nearest to it.
   int colorIndex() const;
-  /// Sets by block (0), by layer (256) or an index (1 to 255); any other value is ignored and gives false.
+  /// Sets by block (0), by layer (256) or an index (1 to 255), which have no color-book name; any other value is ignored and
+  /// gives false.
   bool setColorIndex(int index);
 
   /// The raw word.
   std::uint32_t color() const { return m_color; }
+  /// Replaces the raw word; the names stay.
   void setColor(std::uint32_t word) { m_color = word; }
   /// 0x00RRGGBB: of a true color its value, of an index the usual palette's; 0 for by layer and by block.
   std::uint32_t rgb() const;
@@ -38,6 +40,13 @@ class KDRX_API KdCmColor {
   const std::wstring& dictionaryKey() const { return m_bookKey; }
   /// Sets book and color name from "BOOK$COLOR"; the empty key removes them.
   void setNamesFromDictionaryKey(const std::wstring& key) { m_bookKey = key; }
+  /// The two parts of the key; a key without "$" is a color's name alone.
+  std::wstring bookName() const;
+  std::wstring colorName() const;
+
+  /// What people call the color: its color-book name if it has one, else "ByLayer", "ByBlock", the index ("7"), or red,
+  /// green and blue from 0 to 255 ("255,128,0").
+  std::wstring displayName() const;
 
   bool operator==(const KdCmColor&) const = default;
 

@@ -29,12 +29,13 @@ class KDRX_API KdDbDictionary : public KdDbObject {
   /// @return keyNotFound; `name` is unchanged then
   KdStatus nameAt(KdDbObjectId id, std::wstring& name) const;
   /// Adds `object`, which then belongs to the database (on success only) and is open for write until closed, under `name`.
-  /// An entry of that name names the new object from then on; the old one is not erased.
+  /// An entry of that name names the new object from then on; with the old one it is as with remove().
   /// @param[out] id the new object's
   /// @return nullPointer, notOpen, invalidInput (empty name), alreadyInDatabase, wrongClass (not a multiline style),
   ///   notApplicable (the drawing's format has no objects)
   KdStatus setAt(const std::wstring& name, KdDbObject* object, KdDbObjectId& id);
-  /// Removes an entry; the object it names is not erased.
+  /// Removes an entry; the object it named is not erased by that. A multiline style that no multiline uses either is dropped
+  /// from the drawing when the command ends, as nothing in a saved file would lead to it.
   /// @return notOpen, keyNotFound
   KdStatus remove(const std::wstring& name);
   /// Renames an entry.

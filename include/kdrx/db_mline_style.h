@@ -52,7 +52,7 @@ class KDRX_API KdDbMlineStyle : public KdDbObject {
   KdStatus setEndAngle(double angleRad);
 
   int numElements() const;
-  /// @param linetype null when the linetype is by layer or its name is not in the drawing
+  /// @param linetype null when the linetype's name is not in the drawing; by layer is a linetype of most drawings too
   /// @return invalidIndex; the outputs are unchanged then
   KdStatus getElementAt(int index, double& offset, KdCmColor& color, KdDbObjectId& linetype) const;
   /// Replaces an element. A null linetype is by layer, but leaves a name alone that is not in the drawing.
@@ -68,4 +68,6 @@ class KDRX_API KdDbMlineStyle : public KdDbObject {
   KdStatus removeElementAt(int index);
 
   KdStatus copyFrom(const KdDbObject* source) override;
+  /// The same with or without the name.
+  KdStatus set(const KdDbMlineStyle& source, bool includesName = true);
 };

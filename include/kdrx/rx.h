@@ -89,3 +89,8 @@ KDRX_API void AfxSetResourceHandle(KdModuleHandle library) noexcept;
 /// The path of a loaded module, cut to `capacity` - 1 characters.
 /// @return its length; 0 for an unknown handle
 KDRX_API unsigned GetModuleFileNameW(KdModuleHandle module, wchar_t* path, unsigned capacity) noexcept;
+
+/// The host's root folder, under which "Support/" and the linetype files lie, ending with "/", cut to `capacity` - 1
+/// characters.
+/// @return its length; 0 when no host runs
+KDRX_API unsigned kdrxRootFolder(wchar_t* path, unsigned capacity) noexcept;

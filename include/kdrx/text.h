@@ -14,6 +14,13 @@ KDRX_API int LoadStringW(KdModuleHandle resources, unsigned id, wchar_t* buffer,
 /// The handle through which the running module reads its texts and dialogs. See AfxSetResourceHandle() in rx.h.
 KDRX_API KdModuleHandle AfxGetResourceHandle() noexcept;
 
+/// UTF-8 to wide text and back. Bytes that are no UTF-8 become characters that come back as the same bytes.
+KDRX_API std::wstring kdutWideFromUtf8(const std::string& text);
+KDRX_API std::string kdutUtf8FromWide(const std::wstring& text);
+
+/// Whether two texts are equal ignoring case, as names in drawings are compared. Null equals null alone.
+KDRX_API bool kdutEqualsIgnoringCase(const wchar_t* a, const wchar_t* b) noexcept;
+
 /// The string class of the interface: a standard string that can load itself from a resource library.
 template <class Char>
 class CStdStr : public std::basic_string<Char> {

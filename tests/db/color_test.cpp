@@ -25,6 +25,28 @@ TEST(Color, RawWordWithoutMethodIsByLayer) {
   EXPECT_EQ(color.colorIndex(), 256);
 }
 
+TEST(Color, IsCalledByItsBookNameOrItsValue) {
+  const auto named = [](KdCmColor color, const wchar_t* key) {
+    color.setNamesFromDictionaryKey(key);
+    return color;
+  };
+  const std::pair<KdCmColor, std::wstring> cases[] = {
+      {KdCmColor(), L"ByLayer"},
+      {KdCmColor::byIndex(0), L"ByBlock"},
+      {KdCmColor::byIndex(30), L"30"},
+      {KdCmColor::trueColor(0xFF8000), L"255,128,0"},
+      {named(KdCmColor::trueColor(0xFF8000), L"BOOK$DEEP SEA"), L"DEEP SEA"},
+      {named(KdCmColor::byIndex(3), L"PLAIN"), L"PLAIN"},
+      {named(KdCmColor::byIndex(3), L""), L"3"},
+  };
+  for (const auto& [color, name] : cases) EXPECT_EQ(color.displayName(), name);
+  KdCmColor color = cases[4].first;
+  EXPECT_EQ(color.bookName(), L"BOOK");
+  EXPECT_EQ(cases[5].first.bookName(), L"");
+  EXPECT_TRUE(color.setColorIndex(3));
+  EXPECT_EQ(color.dictionaryKey(), L"") << "an index has no name";
+}
+
 TEST(Color, RawTrueColorWordReadsAsTrueColor) {
   KdCmColor color;
   color.setColorMethod(194);

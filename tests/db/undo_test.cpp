@@ -114,18 +114,24 @@ TEST_F(UndoTest, RestoresHeaderVariables) {
 }
 
 TEST_F(UndoTest, AVariableSetForAWhileLeavesNoTrace) {
-  auto text = planText();
+  auto text = planText(), bare = text;
   text.erase(text.find("     8"), 5);
-  const auto plain = openText(text);
-  db::SystemVariables variables(plain.get());
-  plain->beginUndoStep(L"DIALOG");
-  EXPECT_TRUE(variables.set(L"DIMZIN", 0));
-  EXPECT_TRUE(plain->file().isModified());
-  EXPECT_TRUE(variables.set(L"DIMZIN", 8));
-  plain->endUndoStep();
-  EXPECT_EQ(textOf(*plain), text);
-  EXPECT_FALSE(plain->file().isModified());
-  EXPECT_EQ(plain->undo(), std::nullopt);
+  bare.erase(bare.find("9\n$DIMZIN"), 20);
+  const std::pair<std::string, int> cases[] = {{text, 8}, {bare, 0}};
+  for (const auto& [drawing, former] : cases) {
+    SCOPED_TRACE(former);
+    const auto plain = openText(drawing);
+    db::SystemVariables variables(plain.get());
+    plain->beginUndoStep(L"DIALOG");
+    EXPECT_TRUE(variables.set(L"DIMZIN", 0));
+    EXPECT_TRUE(variables.set(L"DIMZIN", 4));
+    EXPECT_TRUE(plain->file().isModified());
+    EXPECT_TRUE(variables.set(L"DIMZIN", former));
+    plain->endUndoStep();
+    EXPECT_EQ(textOf(*plain), drawing);
+    EXPECT_FALSE(plain->file().isModified());
+    EXPECT_EQ(plain->undo(), std::nullopt);
+  }
 }
 
 TEST_F(UndoTest, AStepBegunInsideAnotherBelongsToIt) {

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "mlstyle/library/library_lines.h"
+
+#include <kdrx/db_mline_style.h>
+
+/// A style, open for read, as the lines of a record under a name.
+///
+/// The format is our own and kept as it is: the flag line (70) holds one of the style's flags, the first of fill, joints and
+/// caps that is on; true colors of elements are written signed, that of the fill unsigned; the color-book line (430) of an
+/// element holds the fill's name. An element whose linetype is none of the drawing has no linetype line.
+LibraryLines styleRecord(const KdDbMlineStyle& style, const std::wstring& name);
+
+/// Puts a record into the lines of a library: in the place of the first one of that name (ignoring case), else at the end.
+void putRecord(LibraryLines& library, const LibraryLines& record, const std::wstring& name);

@@ -1,0 +1,188 @@
+#include <gmock/gmock.h>
+
+#include "mlstyle/library/record_reader.h"
+#include "mlstyle/library/style_library.h"
+#include "module/mlstyle/style_host.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// A record in short: its lines with blanks between, "_" for the blank in front of a value.
+std::string lines(std::string shortForm) {
+  for (char& c : shortForm) c = c == ' ' ? '\n' : c == '_' ? ' ' : c;
+  return shortForm + "\n";
+}
+
+const std::string kTwo = lines(
+    "MLSTYLE 2 _TWO 70 _16 3 _two 62 _1 420 _9 51 _45.0 52 _60 71 _2 49 _1.5 62 _3 6 _BYLAYER 49 _-1 62 _4 6 _BYBLOCK 0");
+const std::string kOne = lines("MLSTYLE 2 _ONE 70 _1 3 _one 62 _2 71 _1 49 _7 62 _5 6 _BYLAYER 0");
+
+class LibraryTest : public StyleHost {
+ protected:
+  bool load(const std::string& content, const wchar_t* name = L"TWO") {
+    folder.write("test.mln", content);
+    return loadFromLibrary(path("test.mln"), name, addStyle(name, dictionary()));
+  }
+  std::string savedRecord(const wchar_t* name) {
+    std::filesystem::remove(folder.path("one.mln"));
+    EXPECT_TRUE(saveToLibrary(path("one.mln"), name, dictionary()));
+    return folder.read("one.mln");
+  }
+};
+
+TEST_F(LibraryTest, RecordsAreWrittenLineByLine) {
+  KdCmColor book = KdCmColor::trueColor(0x0000FF);
+  book.setNamesFromDictionaryKey(L"BOOK$SEA");
+  put({L"Ä 100%d", L"two\nlines", kStyleStartRoundCap | kStyleFilled, {{1, 0, L"DASHED"}, {-0.25, 7}}},
+      [&](KdDbMlineStyle& style) {
+        double offset = 0;
+        KdCmColor color;
+        KdDbObjectId linetype;
+        style.getElementAt(1, offset, color, linetype);
+        style.setElement(1, offset, book, linetype);
+        style.setFillColor(book);
+        style.setStartAngle(22.5 * std::numbers::pi / 180);
+      });
+  const std::string before = drawing().file().toBytes();
+  EXPECT_EQ(savedRecord(L"Ä 100%d"),
+            "MLSTYLE\n2\n Ä 100%d\n70\n 1\n3\n two lines\n62\n 5\n420\n 3254780159\n430\n BOOK$SEA\n51\n 22.50000000000000\n"
+            "52\n 90.00000000000000\n71\n 2\n49\n 1.00000000000000\n62\n 0\n6\n DASHED\n49\n -0.25000000000000\n62\n 5\n"
+            "420\n -1040187137\n430\n BOOK$SEA\n6\n ByLayer\n0\n");
+  EXPECT_EQ(drawing().file().toBytes(), before) << "DIMZIN is as it was";
+}
+
+TEST_F(LibraryTest, TheFirstFlagAloneIsWritten) {
+  const int flags[] = {1, 2, 16, 32, 64, 256, 512, 1024};
+  int all = 0;
+  for (int i = 7; i >= 0; --i) {
+    all |= flags[i];
+    put({L"F", L"", all, {{1}}});
+    EXPECT_THAT(savedRecord(L"F"), HasSubstr("70\n " + std::to_string(flags[i]) + "\n3")) << all;
+  }
+}
+
+TEST_F(LibraryTest, SavingReplacesTheRecordInItsPlace) {
+  put({L"TWO", L"", 0, {{3}}});
+  const std::string record = savedRecord(L"TWO");
+  const std::string two = lines("mlstyle 2 _two 3 _x 0");
+  const struct {
+    const char* name;
+    std::string before, after;
+  } cases[] = {
+      {"new", "", record},
+      {"in front", two + kOne, record + kOne},
+      {"between", kOne + two + two, kOne + record + two},
+      {"without an end", kOne + lines("MLSTYLE 2 _TWO 3"), kOne + record},
+      {"other names", kOne + "odd \xFF line\n" + lines("MLSTYLE 2 TWO 0"),
+       kOne + "odd \xFF line\n" + lines("MLSTYLE 2 TWO 0") + record},
+      {"last line without its end", kOne + "\r\nend", kOne + "\r\nend\n" + record},
+      {"carriage returns", "MLSTYLE\r\n2\r\n TWO\r\n0\r\n", "MLSTYLE\r\n2\r\n TWO\r\n0\r\n" + record},
+  };
+  for (const auto& row : cases) {
+    folder.write("test.mln", row.before);
+    EXPECT_TRUE(saveToLibrary(path("test.mln"), L"TWO", dictionary()));
+    EXPECT_EQ(folder.read("test.mln"), row.after) << row.name;
+  }
+  folder.write("test.mln", kOne);
+  EXPECT_FALSE(saveToLibrary(path("test.mln"), L"NONE", dictionary()));
+  EXPECT_FALSE(saveToLibrary(path("test.mln"), L"TWO", {}));
+  EXPECT_FALSE(saveToLibrary(path("bin"), L"TWO", dictionary()));
+  EXPECT_FALSE(saveToLibrary(path("no/test.mln"), L"TWO", dictionary()));
+  EXPECT_EQ(folder.read("test.mln"), kOne);
+}
+
+TEST(LibraryList, HasTheNamesOfAllRecords) {
+  EXPECT_THAT(styleNames(kTwo + kOne + kTwo), ElementsAre(L"TWO", L"ONE", L"TWO"));
+  EXPECT_THAT(styleNames("\xEF\xBB\xBF"
+                         "2\r\n \t W\xC3\xA4nde 1 \r\nx\n2\n2\n2"),
+              ElementsAre(L"W\u00e4nde 1", L"2"));
+  EXPECT_THAT(styleNames("2\n\n2\n"), ElementsAre(L""));
+  EXPECT_THAT(styleNames(std::string(2048, 'x') + "2\n N\n" + std::string(2048, 'x') + "\n2\n M\n"), ElementsAre(L"N", L"M"))
+      << "pieces";
+  EXPECT_THAT(styleNames(""), IsEmpty());
+}
+
+TEST_F(LibraryTest, RecordsAreReadByTheirLines) {
+  ASSERT_TRUE(load("MLSTYLE\n3\nMLSTYLE\n2\n other\n" + kOne + kTwo, L"two"));
+  const Style two = read(L"TWO");
+  EXPECT_EQ(two.name, L"two") << "a new style has the name that was chosen";
+  EXPECT_EQ(two.description, L"two");
+  EXPECT_EQ(two.flags, 16);
+  EXPECT_THAT(two.elements, ElementsAre(Element{1.5, 3}, Element{-1, 4, L"ByBlock"}));
+  const COpenedObject<KdDbMlineStyle> style(find(L"TWO"), KdOpenMode::forRead);
+  EXPECT_DOUBLE_EQ(style->startAngle(), std::numbers::pi / 4);
+  EXPECT_DOUBLE_EQ(style->endAngle(), std::numbers::pi / 3);
+  EXPECT_EQ(style->fillColor().color(), 0x90000u) << "the first digit, red and blue exchanged";
+}
+
+TEST_F(LibraryTest, OddRecordsAreReadAsTheyStand) {
+  const std::string head = "MLSTYLE 2 _TWO ";
+  const Element plus{0.5}, minus{-0.5};
+  const struct {
+    const char* name;
+    std::string content;
+    bool isFound;
+    std::vector<Element> elements;
+  } cases[] = {
+      {"no record", kOne, false, {plus, minus}},
+      {"carriage returns", "MLSTYLE\r\n2\r\n TWO\r\n71\r\n 1\r\n", false, {plus, minus}},
+      {"ends in its name", "MLSTYLE\n2\n", false, {plus, minus}},
+      {"ends in a group", lines(head + "71"), true, {plus, minus}},
+      {"no elements", lines(head + "71 _0 49 _1 62 _1 6 _BYLAYER 0"), true, {}},
+      {"fewer than it says", lines(head + "71 _3 49 _1 62 _1 6 _BYLAYER 0"), true, {plus, plus, minus}},
+      {"fewer than it says, with a record behind",
+       lines(head + "71 _2 49 _1 62 _1 6 _BYLAYER 0") + kOne,
+       true,
+       {{7, 5}, {1, 1}}},
+      {"more than it says", lines(head + "71 _1 49 _1 62 _1 6 _BYLAYER 49 _2 62 _1 6 _BYLAYER 0"), true, {{1, 1}}},
+      {"unknown lines between", lines("x " + head + "99 _3 71 _1 y 49 _1 62 _1 6 _BYLAYER 0"), true, {{1, 1}}},
+      {"true color",
+       lines(head + "71 _1 49 _1 62 _1 420 _16711680 6 _BYLAYER 0"),
+       true,
+       {{1, KdCmColor::trueColor(0x10000).colorIndex()}}},
+      {"negative true color",
+       lines(head + "71 _1 49 _1 62 _1 420 _-1023406081 6 _BYLAYER 0"),
+       true,
+       {{1, KdCmColor::trueColor(0).colorIndex()}}},
+      {"color out of range", lines(head + "71 _1 49 _+1e0 62 _999 6 _BYLAYER 0"), true, {{1, 256}}},
+      {"unknown linetype", lines(head + "71 _1 49 _1x 62 _ 6 _NONE 0"), true, {{1, 0, L"Continuous"}}},
+      {"no numbers", lines(head + "71 _1 49 _x 62 _x 6 _BYLAYER 0"), true, {{0, 0}}},
+      {"no number, not finite", lines(head + "71 _1 49 _inf 62 _1 6 _BYLAYER 0"), true, {{-0.5, 1}}},
+      {"without end", lines(head + "71 _1 49 _1 62 _1 6 _BYLAYER"), true, {{1, 1}}},
+      {"name in a long line",
+       "MLSTYLE\n2\n TWO\n" + std::string(2048, 'x') + "71\n 1\n49\n 1\n62\n 1\n6\n BYLAYER\n0\n",
+       true,
+       {{1, 1}}},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.name);
+    drawing().beginUndoStep(L"");
+    EXPECT_EQ(load(row.content), row.isFound);
+    EXPECT_EQ(read(L"TWO").elements, row.elements);
+    drawing().undo();
+  }
+  EXPECT_TRUE(load(lines(head + "71 _2000000000 49 _1 62 _1 6 _BYLAYER 0")));
+  EXPECT_LE(read(L"TWO").elements.size(), 1000u) << "a count from a file asks for no memory";
+  EXPECT_FALSE(loadFromLibrary(path("none.mln"), L"TWO", find(L"TWO")));
+  EXPECT_FALSE(loadFromLibrary(path("bin"), L"TWO", find(L"TWO")));
+  EXPECT_FALSE(listLibrary(path("bin")));
+}
+
+TEST_F(LibraryTest, WhatIsSavedLoadsButForItsColorsAndSecondFlags) {
+  put({L"TWO", L"with 100%n", kStyleFilled | kStyleStartRoundCap, {{1 / 3.0, 6, L"HIDDEN"}, {-2, 9}}});
+  const std::string record = savedRecord(L"TWO");
+  const Style saved = read(L"TWO");
+  run("NEW Y\n");
+  ASSERT_TRUE(load(record));
+  EXPECT_EQ(read(L"TWO").description, saved.description);
+  EXPECT_EQ(read(L"TWO").flags, kStyleFilled);
+  ASSERT_EQ(read(L"TWO").elements.size(), 2u);
+  EXPECT_NEAR(read(L"TWO").elements[0].offset, 1 / 3.0, 1e-14);
+  EXPECT_EQ(read(L"TWO").elements[0].linetype, L"HIDDEN");
+  EXPECT_EQ(read(L"TWO").elements[1], saved.elements[1]);
+}
+
+}  // namespace
