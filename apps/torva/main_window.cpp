@@ -3,6 +3,7 @@
 #include "answers.h"
 #include "base/text.h"
 #include "command/variable_access.h"
+#include "dialog/file_dialog.h"
 #include "dialog/message_service.h"
 #include "help_window.h"
 #include "layers_panel.h"
@@ -69,6 +70,7 @@ MainWindow::MainWindow(torva::runtime::Host& host, WindowSource& source, Command
   fillMenus();
   restoreLook();
   m_editor.setOpener([this](const torva::command::OpeningRequest& request) { return m_opener.open(request); });
+  m_editor.setFileChooser(torva::dialog::chooseFile);
 
   QStringList names;
   for (const std::wstring& name : m_host.commandNames()) names << QString::fromStdWString(name);
@@ -94,6 +96,7 @@ MainWindow::MainWindow(torva::runtime::Host& host, WindowSource& source, Command
 }
 
 MainWindow::~MainWindow() {
+  m_editor.setFileChooser(nullptr);
   m_editor.setOpener([](const torva::command::OpeningRequest& request) { return torva::command::openDatabase(request); });
 }
 

@@ -8,6 +8,7 @@
 #include "base/export.h"
 #include "base/result.h"
 #include "command/command_stack.h"
+#include "command/file_request.h"
 #include "command/input_source.h"
 #include "command/opening.h"
 #include "command/plotter.h"
@@ -118,6 +119,10 @@ class TORVA_API Editor {
   int getInteger(const std::wstring& prompt, int& value);
   /// An answer that is an offered keyword ends with kKdInputKeyword here too.
   int getString(const std::wstring& prompt, Blanks blanks, std::wstring& text);
+  /// Asks for a file, with the chooser if there is one; statuses as of kdedGetFileD().
+  int getFile(const FileRequest& request, std::wstring& path);
+  /// How files are asked for from now on; null: at the command line.
+  void setFileChooser(FileChooser chooser) { m_fileChooser = std::move(chooser); }
   /// The keyword that the last input call ended with; empty when it ended otherwise.
   const std::wstring& lastKeyword() const;
   /// Whether the last selectEntity() was a pick that met nothing.
@@ -181,6 +186,7 @@ class TORVA_API Editor {
   db::SystemVariables m_variables;
   FileHandling m_fileHandling;
   DrawingOpener m_opener = [](const OpeningRequest& request) { return openDatabase(request); };
+  FileChooser m_fileChooser;
   bool m_hasOpeningFailed = false;
   int m_widthPx = 1000, m_heightPx = 1000;
   std::unique_ptr<db::Database> m_database;

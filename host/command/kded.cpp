@@ -16,6 +16,7 @@ namespace {
 
 using torva::command::Blanks;
 using torva::command::Editor;
+using torva::command::FileUse;
 using torva::db::VariableValue;
 
 /// Calls `ask` with the current editor; kKdInputError when there is none or it fails.
@@ -216,6 +217,17 @@ int kdedSetVar(const wchar_t* name, const KdResbuf* value) noexcept {
     if (std::holds_alternative<double>(*present) && std::holds_alternative<int>(*given))
       given = double(std::get<int>(*given));
     return editor.variables().set(textOf(name), *given) ? kKdInputNormal : kKdInputError;
+  });
+}
+
+int kdedGetFileD(const wchar_t* title, const wchar_t* start, const wchar_t* extension, int flags,
+                 KdResbuf* result) noexcept {
+  if (!result) return kKdInputError;
+  return withEditor([&](Editor& editor) {
+    std::wstring path;
+    const auto use = flags & kKdFileToWrite ? FileUse::write : FileUse::read;
+    const int status = editor.getFile({textOf(title), textOf(start), textOf(extension), use}, path);
+    return status == kKdInputNormal ? storeValue(path, *result) : status;
   });
 }
 

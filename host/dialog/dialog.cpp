@@ -1,31 +1,11 @@
+#include "runtime/pictures.h"
+
+#include <kdrx/rx.h>
 #include <kdrx/ui.h>
 
-#include <QtCore/QVariant>
-#include <QtWidgets/QApplication>
-
-QBaseDialog::QBaseDialog(CDialog* logic, QWidget* parent)
-    : QDialog(parent ? parent : QApplication::activeWindow()), m_logic(logic) {
-  setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-  // Else pictures are drawn at the size of a plain screen and blown up on a finer one.
-  QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-}
-
-QBaseDialog::~QBaseDialog() = default;
-
-QWidget* QBaseDialog::GetControl(int id) const {
-  for (QWidget* control : findChildren<QWidget*>()) {
-    if (control->property("controlId") == id) return control;
-  }
-  return nullptr;
-}
-
-void QBaseDialog::accept() {
-  m_logic ? m_logic->OnOK() : QDialog::accept();
-}
-
-void QBaseDialog::reject() {
-  m_logic ? m_logic->OnCancel() : QDialog::reject();
-}
+#include <QtGui/QPixmap>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QPushButton>
 
 CDialog::CDialog(unsigned templateId) : m_templateId(templateId) {}
 
@@ -38,8 +18,10 @@ int CDialog::DoModal() {
   if (!m_dialog) return -1;
   m_result = IDCANCEL;
   m_hasEnded = false;
+  m_dialog->Prepare();
   OnInitDialog();
   if (!m_hasEnded) m_dialog->exec();
+  OnDestroy();
   return m_result;
 }
 
@@ -61,10 +43,63 @@ void CDialog::EndDialog(int result) {
   if (m_dialog) m_dialog->done(result);
 }
 
+void CDialog::PressDefaultButton() {
+  if (!m_dialog) return;
+  for (auto* button : m_dialog->findChildren<QPushButton*>()) {
+    if (button->isDefault()) return button->click();
+  }
+}
+
 bool CDialog::UpdateData(bool saves) {
   CDataExchange exchange(this, saves);
   DoDataExchange(&exchange);
   return !exchange.HasFailed();
+}
+
+CWnd* CDialog::GetDlgItem(int id) {
+  if (CWnd* bound = m_dialog ? FromWidget(m_dialog->GetControl(id)) : nullptr) return bound;
+  std::unique_ptr<CWnd>& item = m_items[id];
+  if (!item) item = std::make_unique<CWnd>();
+  if (!item->GetWidget()) item->SubclassDlgItem(static_cast<unsigned>(id), this);
+  return item.get();
+}
+
+void CDialog::CheckDlgButton(int id, bool isChecked) {
+  if (auto* button = qobject_cast<QAbstractButton*>(GetDlgItem(id)->GetWidget())) button->setChecked(isChecked);
+}
+
+bool CDialog::IsDlgButtonChecked(int id) {
+  const auto* button = qobject_cast<QAbstractButton*>(GetDlgItem(id)->GetWidget());
+  return button && button->isChecked();
+}
+
+bool CDialog::SetIcon(const wchar_t* library, unsigned id) {
+  const KdModuleHandle resources = loadResourceDll(library);
+  const auto bytes = torva::runtime::pictureOf(resources, std::to_wstring(id));
+  AfxFreeLibrary(resources);
+  QPixmap picture;
+  if (!m_dialog || !bytes || !picture.loadFromData(QByteArray::fromStdString(*bytes))) return false;
+  m_dialog->setWindowIcon(picture);
+  return true;
+}
+
+bool CDialog::PreTranslateMessage(tagMSG*) {
+  return false;
+}
+
+bool CDialog::OnCommand(int, unsigned) {
+  return false;
+}
+
+void CDialog::OnSizing(unsigned, tagRECT*) {}
+
+void CDialog::OnSize(unsigned, int, int) {}
+
+void CDialog::OnDestroy() {
+  if (!m_dialog) return;
+  for (QWidget* control : m_dialog->findChildren<QWidget*>()) {
+    if (CWnd* object = FromWidget(control)) object->OnDestroy();
+  }
 }
 
 void CDialog::DoDataExchange(CDataExchange*) {}
@@ -72,9 +107,4 @@ void CDialog::DoDataExchange(CDataExchange*) {}
 void CDialog::SetDialogWidget(QBaseDialog* widget) {
   m_dialog = widget;
   Bind(widget);
-}
-
-void DDX_Control(CDataExchange* exchange, int id, CWnd& control) {
-  if (control.GetWidget()) return;
-  if (!control.SubclassDlgItem(static_cast<unsigned>(id), exchange->m_pDlgWnd)) exchange->Fail();
 }

@@ -1,11 +1,16 @@
 #include "draw/drawer.h"
 
+#include "db/mline_imp.h"
+#include "db/mline_style_imp.h"
 #include "draw/entity_bounds.h"
 #include "draw/entity_look.h"
 #include "draw/entity_painter.h"
 #include "draw/mline_shape.h"
 #include "draw/sketch.h"
 #include "draw/symbols.h"
+
+#include <kdrx/db_mline.h>
+#include <kdrx/db_mline_style.h>
 
 namespace torva::draw {
 
@@ -92,6 +97,13 @@ void Drawer::drawShapes(const db::MlineData& mline, DisplayList& list) const {
   appearances.fill = appearances.other = list.indexOf(Appearance::foreground());
   Sketch sketch(list, geom::Transform());
   drawMline(mline, m_imp->symbols.mlineStyle(mline.styleHandle, mline.styleName), appearances, sketch);
+}
+
+void Drawer::draw(const KdDbMline& mline, const KdDbMlineStyle& style, dxf::RecordId layer, DisplayList& list) const {
+  refresh();
+  const auto& mlineImp = static_cast<const db::MlineImp&>(*KdDbSystemInternals::getImpObject(&mline));
+  const auto& styleImp = static_cast<const db::MlineStyleImp&>(*KdDbSystemInternals::getImpObject(&style));
+  EntityPainter(m_imp->database, m_imp->symbols).paint(mlineImp.data(), styleImp.data(), layer, list);
 }
 
 geom::Box3 Drawer::bounds(dxf::RecordId entity) const {

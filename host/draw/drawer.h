@@ -8,6 +8,9 @@
 #include "draw/display_list.h"
 #include "geom/box.h"
 
+class KdDbMline;
+class KdDbMlineStyle;
+
 namespace torva::draw {
 
 /// Counts the changes that concern many entities at once: what was taken at an earlier count is out of date.
@@ -32,6 +35,11 @@ class TORVA_API Drawer {
 
   /// Those of a multiline that is no entity, in its style as the drawing has it.
   void drawShapes(const db::MlineData& mline, DisplayList& list) const;
+
+  /// Appends what a multiline draws in a style; both may stand outside of the drawing. Linetypes are those of the drawing,
+  /// by their names, with their dashes as long as they say: LTSCALE does not count.
+  /// @param layer a LAYER record of the drawing, for what is by layer
+  void draw(const KdDbMline& mline, const KdDbMlineStyle& style, dxf::RecordId layer, DisplayList& list) const;
 
   /// A box in world coordinates that holds all that draw() gives, without building it: at most slightly too large (texts,
   /// curves by their control points), never too small. Empty when nothing is drawn.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "db/record_groups.h"
 #include "draw/curves.h"
 #include "draw/hatch.h"
 #include "draw/polylines.h"
@@ -65,6 +66,16 @@ void EntityPainter::paint(dxf::RecordId entity, DisplayList& list) {
   m_entitiesLeft = kMostEntities;
   Frame frame{Sketch(list, {}), nullptr, 0};
   paint(entity, frame);
+}
+
+void EntityPainter::paint(const db::MlineData& mline, const db::MlineStyleData& style, dxf::RecordId layer,
+                          DisplayList& list) const {
+  EntityLook look;
+  if (const auto name = db::firstGroup(m_database.file().groups(layer), 2)) look.layer = name->value;
+  Pen pen = resolvePen(look, nullptr, m_database.file(), m_symbols);
+  pen.dashScale = 1;
+  Sketch sketch(list, {});
+  drawMline(mline, style, mlineAppearances(style, pen, look.layer, list), sketch);
 }
 
 void EntityPainter::paint(dxf::RecordId entity, Frame& frame) {

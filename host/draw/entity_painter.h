@@ -52,6 +52,9 @@ class EntityPainter {
 
   void paint(dxf::RecordId entity, DisplayList& list);
 
+  /// A multiline that is no entity, on the layer of a LAYER record; LTSCALE does not count.
+  void paint(const db::MlineData& mline, const db::MlineStyleData& style, dxf::RecordId layer, DisplayList& list) const;
+
  private:
   /// Where an entity is drawn: at top level or in an insert.
   struct Frame {

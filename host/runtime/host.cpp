@@ -57,6 +57,7 @@ class TORVA_INTERNAL Host::Imp {
   const ProfileUse m_profileUse;
   bool m_isStopped = false;
   Profile m_profile;
+  Current<Profile> m_currentProfile{m_profile};
   std::map<std::wstring, db::VariableValue> m_keptVariables;
   std::map<std::wstring, std::string> m_moduleOfCommand;
 };

@@ -73,6 +73,21 @@ KDRX_API int kdedOfferPreview(const long* first, const double firstPoint[3]) noe
 /// @return kKdInputNormal, or kKdInputError for an unknown or read-only name, a wrong type or a value outside its range
 [[nodiscard]] KDRX_API int kdedSetVar(const wchar_t* name, const KdResbuf* value) noexcept;
 
+/// What kdedGetFileD() asks for; other flags are accepted and do nothing.
+enum KdFileFlags : int {
+  kKdFileToWrite = 1,       ///< A file that need not exist. Nothing is asked about one that does.
+  kKdFileNoTypedEntry = 2,  ///< The command line is no alternative to the dialog; it is used only where there is no dialog.
+};
+
+/// Asks for a file: with a dialog in a host that shows them, else at the command line.
+/// @param start the file, or with '/' at its end the folder, that is offered; null or empty: no one
+/// @param extension without its point; appended to a name that has none
+/// @param[out] result of type kKdResultString with the path, released with kdutDelString(); unchanged unless the result is
+///   kKdInputNormal
+/// @return kKdInputNormal, kKdInputCancel, kKdInputNone (an empty answer where none is offered), kKdInputError
+[[nodiscard]] KDRX_API int kdedGetFileD(const wchar_t* title, const wchar_t* start, const wchar_t* extension, int flags,
+                                        KdResbuf* result) noexcept;
+
 /// Coordinate systems of kdedTrans(), as the short integer of its result buffers.
 enum KdCoordinateSystem : int { kKdWorld = 0, kKdUser = 1, kKdDisplay = 2 };
 

@@ -15,7 +15,8 @@ enum TextId : unsigned {
   kStyleManagerNeedsDialog = 4016,
   kToolPickerNeedsDialog = 4017,
   kCommandFailed = 4018,
-  kDialogsMissing = 4019,
+  kToolPickerMissing = 4019,
+  kStyleManagerMissing = 4020,
 };
 
 void print(KdModuleHandle resources, unsigned id) {
@@ -57,7 +58,14 @@ void askForTool(KdModuleHandle library) {
 }  // namespace
 
 void cmd_kvmlstyle() noexcept {
-  runWithResources([](KdModuleHandle library) { print(library, kStyleManagerNeedsDialog); });
+  // The dialog goes when the former resource library is back.
+  StyleManager manager;
+  runWithResources([&](KdModuleHandle library) {
+    if (!kdrxShowsDialogs()) return print(library, kStyleManagerNeedsDialog);
+    manager = createStyleManager();
+    if (!manager) return print(library, kStyleManagerMissing);
+    manager();
+  });
 }
 
 void cmd_kvmledit() noexcept {
@@ -66,7 +74,7 @@ void cmd_kvmledit() noexcept {
   runWithResources([&](KdModuleHandle library) {
     if (!kdrxShowsDialogs()) return print(library, kToolPickerNeedsDialog);
     picker = createToolPicker();
-    if (!picker) return print(library, kDialogsMissing);
+    if (!picker) return print(library, kToolPickerMissing);
     mlineEditOperation(picker(), library);
   });
 }

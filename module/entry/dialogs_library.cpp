@@ -6,7 +6,6 @@
 namespace {
 
 constexpr const char* kLibraryName = "libKdrxMLStyleDialogs.so";
-constexpr const char* kCreatorName = "CreateToolPicker";
 
 std::string ownFolder() {
   Dl_info info{};
@@ -15,12 +14,22 @@ std::string ownFolder() {
   return path.substr(0, path.rfind('/') + 1);
 }
 
+/// @param create name of the library's function that makes such a dialog
+template <class Dialog>
+Dialog make(const char* create) {
+  Dialog dialog;
+  void* library = ::dlopen((ownFolder() + kLibraryName).c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!library) return dialog;
+  if (const auto maker = reinterpret_cast<void (*)(Dialog*)>(::dlsym(library, create))) maker(&dialog);
+  return dialog;
+}
+
 }  // namespace
 
 ToolPicker createToolPicker() {
-  ToolPicker picker;
-  void* library = ::dlopen((ownFolder() + kLibraryName).c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!library) return picker;
-  if (const auto create = reinterpret_cast<decltype(&CreateToolPicker)>(::dlsym(library, kCreatorName))) create(&picker);
-  return picker;
+  return make<ToolPicker>("CreateToolPicker");
+}
+
+StyleManager createStyleManager() {
+  return make<StyleManager>("CreateStyleManager");
 }

@@ -1,3 +1,4 @@
+#include <cwchar>
 #include <gtest/gtest.h>
 
 #include "test_editor.h"
@@ -27,6 +28,51 @@ TEST(Kded, answersWithoutAnEditorAreErrors) {
   EXPECT_EQ(kdedGetVar(L"PICKBOX", &buffer), kKdInputError);
   EXPECT_EQ(kdgsActiveView(), nullptr);
   kdutPrint(L"nobody there");
+}
+
+TEST(Kded, filesAreAskedForAtTheCommandLineUnlessThereIsAChooser) {
+  struct Case {
+    const char* answer;
+    const wchar_t* start;
+    int status;
+    std::wstring path;
+  };
+  const Case cases[] = {
+      {"my lib\n", L"/root/Support/", kKdInputNormal, L"my lib.mln"},
+      {"a.b/lib.txt\n", nullptr, kKdInputNormal, L"a.b/lib.txt"},
+      {"\n", L"/root/TORVA.mln", kKdInputNormal, L"/root/TORVA.mln"},
+      {"\n", L"/root/Support/", kKdInputNone, L"unchanged"},
+      {"^C\n", L"/root/TORVA.mln", kKdInputCancel, L"unchanged"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.answer);
+    TestEditor test;
+    std::wstring path = L"unchanged";
+    int status = 0;
+    const auto ask = [&] {
+      KdResbuf file;
+      status = kdedGetFileD(L"Library", c.start, L"mln", kKdFileToWrite, &file);
+      if (status != kKdInputNormal) return;
+      path = file.value.string;
+      kdutDelString(file.value.string);
+    };
+    test.ask = [&](Editor&) { ask(); };
+    test.run(std::string("ASK\n") + c.answer);
+    EXPECT_EQ(status, c.status);
+    EXPECT_EQ(path, c.path);
+
+    test.editor.setFileChooser([&](const FileRequest& request) -> std::optional<std::wstring> {
+      EXPECT_EQ(request.use, FileUse::write);
+      if (request.offersFile()) return std::nullopt;
+      return request.start + L"chosen";
+    });
+    ask();
+    const bool isOffered = c.start && c.start[std::wcslen(c.start) - 1] != L'/';
+    EXPECT_EQ(status, isOffered ? kKdInputCancel : kKdInputNormal);
+    if (c.start && !isOffered) {
+      EXPECT_EQ(path, std::wstring(c.start) + L"chosen.mln");
+    }
+  }
 }
 
 TEST(Kded, keywordsComeInFullSpellingCutToTheBuffer) {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtCore/QString>
+
+namespace torva::dialog {
+
+/// Finds a row by its text, ignoring case, from the one behind `after` on, and then from the first one.
+/// @param textOf gives the text of a row
+/// @return -1 when there is none
+template <class TextOf, class Matches>
+int findRow(int count, int after, const TextOf& textOf, const Matches& matches) {
+  const int first = after < 0 || after >= count ? 0 : after + 1;
+  for (int i = 0; i < count; ++i) {
+    const int row = (first + i) % count;
+    if (matches(textOf(row))) return row;
+  }
+  return -1;
+}
+
+inline auto beginsWith(const wchar_t* text) {
+  return [wanted = QString::fromWCharArray(text ? text : L"")](const QString& row) {
+    return row.startsWith(wanted, Qt::CaseInsensitive);
+  };
+}
+
+inline auto isText(const wchar_t* text) {
+  return [wanted = QString::fromWCharArray(text ? text : L"")](const QString& row) {
+    return row.compare(wanted, Qt::CaseInsensitive) == 0;
+  };
+}
+
+}  // namespace torva::dialog

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include <kdrx/db_object.h>
+#include <kdrx/ui.h>
+
+/// Longest name that the dialogs take, in characters.
+inline constexpr int kLongestStyleName = 31;
+
+/// Whether a new style may have a name: letters and digits of any language, "$", "-" and "_". An empty name may.
+bool IsNewStyleName(const std::wstring& name);
+/// Whether a style may be given a name: letters and digits alone. That is narrower than for new styles, deliberately: a
+/// style that has a hyphen cannot be given that name again.
+bool IsRenamedStyleName(const std::wstring& name);
+
+/// Adds the names of a dictionary to a box, in the dictionary's order.
+void AddStyleNames(CComboBox& box, KdDbObjectId dictionary);

@@ -1,0 +1,248 @@
+#include <map>
+
+#include "dialog/message_service.h"
+#include "runtime/host.h"
+#include "support/dialog_driver.h"
+#include "support/temporary_folder.h"
+
+#include <kdrx/app.h>
+#include <kdrx/ui.h>
+
+#include <QtGui/QTextDocument>
+#include <QtTest/QSignalSpy>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QGroupBox>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QListWidget>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QTableWidget>
+#include <QtWidgets/QTextEdit>
+
+namespace {
+
+enum Id : int { kEdit = 10, kOther, kLabel, kGroup, kCheck, kList, kBox, kTable, kArea };
+
+class Sample : public CDialog {
+ public:
+  Sample() : CDialog(100) {
+    auto* widget = new QBaseDialog(this);
+    const std::pair<int, QWidget*> controls[] = {
+        {kEdit, new QLineEdit(widget)},  {kOther, new QLineEdit(widget)},         {kLabel, new QLabel(widget)},
+        {kGroup, new QGroupBox(widget)}, {kCheck, new QCheckBox(widget)},         {kList, new QListWidget(widget)},
+        {kBox, new QComboBox(widget)},   {kTable, new QTableWidget(widget)},      {kArea, new QTextEdit(widget)},
+        {IDOK, new QPushButton(widget)}, {IDCANCEL, new QPushButton("c", widget)}};
+    for (const auto& [id, control] : controls) control->setProperty("controlId", id);
+    qobject_cast<QPushButton*>(controls[9].second)->setDefault(true);
+    widget->resize(300, 200);
+    SetDialogWidget(widget);
+  }
+  void DoDataExchange(CDataExchange* exchange) override {
+    DDX_Control(exchange, kEdit, edit);
+    DDX_Control(exchange, kList, list);
+    DDX_Control(exchange, kBox, box);
+    DDX_Control(exchange, kTable, table);
+    DDX_Control(exchange, kArea, area);
+    for (auto& [id, text] : texts) DDX_Text(exchange, id, text);
+    if (failsAt) exchange->PrepareEditCtrl(failsAt);
+    if (failsAt) exchange->Fail();
+  }
+  bool PreTranslateMessage(tagMSG* message) override {
+    keys.push_back({message->message, message->wParam});
+    return swallowsKeys;
+  }
+  bool OnCommand(int id, unsigned code) override {
+    commands.push_back({id, code});
+    return CDialog::OnCommand(id, code);
+  }
+  void OnSizing(unsigned, tagRECT* proposed) override {
+    EXPECT_EQ(GetWindowRect(), former);
+    proposed->right = std::max(proposed->right, proposed->left + 250);
+  }
+  template <class Widget>
+  Widget& widget(int id) {
+    return *qobject_cast<Widget*>(GetDlgItem(id)->GetWidget());
+  }
+
+  CEdit edit;
+  CListBox list;
+  CComboBox box;
+  CListCtrl table;
+  CStatic area;
+  std::map<int, CStdStr<wchar_t>> texts;
+  std::vector<std::pair<unsigned, unsigned long>> keys;
+  std::vector<std::pair<int, unsigned>> commands;
+  tagRECT former;
+  bool swallowsKeys = false;
+  int failsAt = 0;
+};
+
+TEST_F(DialogTest, TextsGoToControlsOfAllKindsAndBack) {
+  Sample sample;
+  sample.UpdateData(false);
+  for (const wchar_t* text : {L"one", L"Two", L"two"}) sample.box.AddString(text);
+  for (const int id : {kEdit, kLabel, kGroup, kCheck, kArea}) sample.texts[id] = L"<b>a & b" + std::to_wstring(id);
+  sample.texts[kBox] = L"two";
+  EXPECT_TRUE(sample.UpdateData(false));
+  EXPECT_EQ(sample.box.GetCurSel(), 2);
+  const auto wanted =
+      std::exchange(sample.texts, {{kEdit, {}}, {kLabel, {}}, {kGroup, {}}, {kCheck, {}}, {kArea, {}}, {kBox, {}}});
+  EXPECT_TRUE(sample.UpdateData(true));
+  EXPECT_EQ(sample.texts, wanted);
+  sample.SetWindowTextW(L"Title");
+  EXPECT_EQ(sample.GetWidget()->windowTitle(), "Title");
+  sample.GetDlgItem(99)->SetWindowTextW(L"nowhere");
+  EXPECT_EQ(sample.GetDlgItem(99)->GetWindowTextW(), L"");
+  EXPECT_EQ(sample.GetDlgItem(kList), &sample.list);
+  sample.texts[99] = L"";
+  EXPECT_FALSE(sample.UpdateData(true));
+}
+
+TEST_F(DialogTest, SearchesIgnoreCaseAndGoRound) {
+  struct Case {
+    int after;
+    const wchar_t* text;
+    int beginning, exact;
+  };
+  const Case cases[] = {{-1, L"wall", 1, 2}, {1, L"WALL", 2, 2}, {2, L"Wall", 1, 2},    {9, L"\u00e4", 3, -1},
+                        {-1, L"", 0, -1},    {-1, L"x", -1, -1}, {-1, L"\u00c4b", 3, 3}};
+  Sample sample;
+  sample.UpdateData(false);
+  for (const wchar_t* text : {L"Standard", L"WALL-2", L"wall", L"\u00e4B"}) {
+    EXPECT_EQ(sample.list.AddString(text), sample.box.AddString(text));
+  }
+  const QSignalSpy spy(&sample.widget<QListWidget>(kList), &QListWidget::itemSelectionChanged);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.after << ' ' << QString::fromWCharArray(c.text).toStdString());
+    EXPECT_EQ(sample.list.FindString(c.after, c.text), c.beginning);
+    EXPECT_EQ(sample.box.FindString(c.after, c.text), c.beginning);
+    EXPECT_EQ(sample.list.FindStringExact(c.after, c.text), c.exact);
+    EXPECT_EQ(sample.box.FindStringExact(c.after, c.text), c.exact);
+    const int selected = sample.list.GetCurSel();
+    EXPECT_EQ(sample.list.SelectString(c.after, c.text), c.beginning);
+    EXPECT_EQ(sample.list.GetCurSel(), c.beginning < 0 ? selected : c.beginning);
+  }
+  EXPECT_EQ(sample.list.DeleteString(3), 3);
+  EXPECT_EQ(sample.list.DeleteString(3), -1);
+  EXPECT_FALSE(sample.list.SetCurSel(7));
+  EXPECT_EQ(sample.list.GetCurSel(), -1);
+  EXPECT_FALSE(sample.box.SetCurSel(-1));
+  EXPECT_EQ(sample.box.GetCurSel(), -1);
+  EXPECT_EQ(spy.count(), 0) << "what the program selects is not told";
+}
+
+TEST_F(DialogTest, ListsKeepTheirRowsWholeWhenSorted) {
+  Sample sample;
+  EXPECT_EQ(sample.table.InsertColumn(0, L"early", 50), -1);
+  sample.UpdateData(false);
+  EXPECT_EQ(sample.table.InsertColumn(1, L"gap", 50), -1);
+  for (const int column : {0, 1}) EXPECT_EQ(sample.table.InsertColumn(column, L"name", 60), column);
+  EXPECT_EQ(sample.table.InsertItem(1, L"gap"), -1);
+  const unsigned long data[] = {5, 3, 8, 3};
+  for (int row = 0; row < 4; ++row) {
+    EXPECT_EQ(sample.table.InsertItem(row, std::to_wstring(data[row]).c_str()), row);
+    EXPECT_TRUE(sample.table.SetItemText(row, 1, std::to_wstring(row).c_str()));
+    EXPECT_TRUE(sample.table.SetItemData(row, data[row]));
+  }
+  EXPECT_FALSE(sample.table.SetItemText(0, 2, L"outside"));
+  sample.table.SelectItem(0);
+  sample.table.SortItems([](unsigned long a, unsigned long b, unsigned long by) { return static_cast<int>((a - b) * by); },
+                         1);
+  std::wstring rows;
+  for (int row = 0; row < 4; ++row) {
+    rows +=
+        sample.table.GetItemText(row, 0) + sample.table.GetItemText(row, 1) + std::to_wstring(sample.table.GetItemData(row));
+  }
+  EXPECT_EQ(rows, L"313333505828");
+  EXPECT_EQ(sample.table.GetSelectedItem(), 2);
+  EXPECT_TRUE(sample.table.DeleteItem(2));
+  EXPECT_FALSE(sample.table.DeleteItem(3));
+  sample.table.DeleteAllItems();
+  EXPECT_EQ(sample.table.GetItemCount(), 0);
+}
+
+TEST_F(DialogTest, KeysAndClicksComeToTheLogic) {
+  Sample sample;
+  withNextDialog([&](QDialog& dialog) {
+    auto& edit = sample.widget<QLineEdit>(kEdit);
+    edit.setFocus();
+    QTest::keyClick(&edit, 'a');
+    sample.swallowsKeys = true;
+    QTest::keyClick(&edit, 'b');
+    sample.swallowsKeys = false;
+    EXPECT_EQ(edit.text(), "a");
+    QTest::keyPress(&edit, Qt::Key_F5);
+    sample.widget<QCheckBox>(kCheck).click();
+    sample.PressDefaultButton();
+    sample.GetDlgItem(IDOK)->EnableWindow(false);
+    sample.PressDefaultButton();
+    dialog.reject();
+  });
+  sample.DoModal();
+  EXPECT_EQ(sample.keys, (decltype(sample.keys){{256, 'A'}, {257, 'A'}, {256, 'B'}, {257, 'B'}, {256, 0}}));
+  EXPECT_EQ(sample.commands, (decltype(sample.commands){{kEdit, EN_CHANGE}, {kCheck, BN_CLICKED}, {IDOK, BN_CLICKED}}));
+  EXPECT_TRUE(sample.IsDlgButtonChecked(kCheck));
+}
+
+TEST_F(DialogTest, AFailedExchangeGoesToTheEditAtFault) {
+  Sample sample;
+  sample.failsAt = kOther;
+  withNextDialog([&](QDialog& dialog) {
+    sample.widget<QLineEdit>(kOther).setText("bad");
+    dialog.accept();
+    EXPECT_TRUE(sample.widget<QLineEdit>(kOther).hasFocus());
+    EXPECT_EQ(sample.widget<QLineEdit>(kOther).selectedText(), "bad");
+    dialog.reject();
+  });
+  EXPECT_EQ(sample.DoModal(), IDCANCEL);
+}
+
+TEST_F(DialogTest, ASizeIsTakenAsTheLogicWantsIt) {
+  Sample sample;
+  withNextDialog([&](QDialog& dialog) {
+    sample.MoveWindow({100, 90, 400, 290});
+    sample.former = sample.GetWindowRect();
+    EXPECT_EQ(sample.former, (tagRECT{100, 90, 400, 290}));
+    sample.MoveWindow({90000, 90000, 90300, 90200});
+    EXPECT_EQ(sample.GetWindowRect(), sample.former) << "no screen would show it";
+    dialog.windowHandle()->setGeometry(100, 90, 80, 150);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.width() == 250; }));
+    EXPECT_EQ(sample.GetWindowRect(), (tagRECT{100, 90, 350, 240}));
+    dialog.reject();
+  });
+  sample.DoModal();
+}
+
+TEST_F(DialogTest, PicturesAndIconsAreShown) {
+  TemporaryFolder folder;
+  torva::runtime::HostOptions options;
+  options.profileFolder = folder.path("profile");
+  options.programFolder = TORVA_BINARY_DIR "/bin";
+  const auto host = std::move(*torva::runtime::Host::create(options));
+  Sample sample;
+  sample.UpdateData(false);
+  EXPECT_FALSE(sample.SetIcon(L"TORVARes.dll", 4));
+  EXPECT_TRUE(sample.SetIcon(L"TORVARes.dll", 128));
+  EXPECT_FALSE(sample.GetWidget()->windowIcon().isNull());
+  QImage picture(40, 20, QImage::Format_RGB32);
+  const auto* document = sample.widget<QTextEdit>(kArea).document();
+  sample.area.SetBitmap(picture);
+  EXPECT_TRUE(document->isEmpty()) << "without the style for pictures";
+  sample.area.ModifyStyle(0, SS_BITMAP | SS_CENTERIMAGE);
+  sample.area.SetBitmap(picture);
+  EXPECT_FALSE(document->isEmpty());
+
+  EXPECT_TRUE(kdrxWriteProfileBinary(L"ListCtrls", L"7", {0, 0x9f, 255}));
+  EXPECT_EQ(kdrxGetProfileBinary(L"ListCtrls", L"7"), (std::vector<unsigned char>{0, 0x9f, 255}));
+  EXPECT_TRUE(kdrxWriteProfileString(L"ListCtrls", L"7", L"9f0"));
+  EXPECT_TRUE(kdrxGetProfileBinary(L"ListCtrls", L"7").empty());
+  EXPECT_EQ(kdrxGetProfileInt(L"Settings", L"None", -10000), -10000);
+  EXPECT_TRUE(kdrxWriteProfileInt(L"Settings", L"None", -3));
+  EXPECT_EQ(kdrxGetProfileInt(L"Settings", L"None", -10000), -3);
+  EXPECT_FALSE(kdrxWriteProfileInt(L"Settings", L"a=b", 1));
+  EXPECT_FALSE(kdrxWriteProfileString(L"Settings", nullptr, L""));
+}
+
+}  // namespace

@@ -1,0 +1,507 @@
+#include <gmock/gmock.h>
+#include <numbers>
+
+#include "mlstyle/editor/ColorNames.h"
+#include "mlstyle/editor/MlstyleNewModDlg.h"
+#include "mlstyle/editor/RealText.h"
+#include "style_dialogs.h"
+
+#include <kdrx/app.h>
+
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QColorDialog>
+#include <QtWidgets/QGroupBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QTableWidget>
+
+namespace {
+
+using testing::ElementsAre;
+
+enum Id : int {
+  kDescription = 1037,
+  kStartAngle = 1044,
+  kEndAngle = 1045,
+  kElements = 1046,
+  kFillColor = 1048,
+  kElementColor = 1049,
+  kOffset = 1050,
+  kAdd = 1051,
+  kDelete = 1052,
+  kFill = 1054,
+  kLinetype = 1055
+};
+constexpr std::pair<int, int> kFlags[] = {{1038, 16},   {1039, 256}, {1040, 64}, {1041, 32},
+                                          {1042, 1024}, {1043, 512}, {1047, 2},  {1054, 1}};
+
+/// A style in one line: description, flags, fill, angles in degrees, and each element.
+std::wstring describe(const KdDbMlineStyle& style) {
+  const std::pair<bool, int> flags[] = {
+      {style.filled(), 1},         {style.showMiters(), 2},     {style.startSquareCap(), 16}, {style.startInnerArcs(), 32},
+      {style.startRoundCap(), 64}, {style.endSquareCap(), 256}, {style.endInnerArcs(), 512},  {style.endRoundCap(), 1024}};
+  int word = 0;
+  for (const auto& [isOn, bit] : flags) word += isOn ? bit : 0;
+  const auto degrees = [](double rad) { return std::to_wstring(std::lround(rad * 18000 / std::numbers::pi)); };
+  std::vector<std::pair<double, std::wstring>> elements;
+  for (int i = 0; i < style.numElements(); ++i) {
+    double offset = 0;
+    KdCmColor color;
+    KdDbObjectId id;
+    EXPECT_EQ(style.getElementAt(i, offset, color, id), KdStatus::ok);
+    const COpenedObject<KdDbLinetypeTableRecord> linetype(id, KdOpenMode::forRead);
+    wchar_t text[64];
+    std::swprintf(text, 64, L" %g:", offset);
+    elements.emplace_back(offset, text + (linetype ? linetype->name() : L"ByLayer") + L":" + color.displayName());
+  }
+  std::sort(elements.begin(), elements.end());
+  std::wstring all = style.description() + L" " + std::to_wstring(word) + L" " + style.fillColor().displayName() + L" " +
+                     degrees(style.startAngle()) + L" " + degrees(style.endAngle());
+  for (const auto& [offset, text] : elements) all += text;
+  for (wchar_t& c : all) c = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(c)));
+  return all;
+}
+
+class StyleEditorTest : public StyleDialogTest {
+ protected:
+  StyleEditorTest() {
+    addStyle(L"Plain", L"two");
+    const std::string file = folder.write("d.lin", "*DASHED,dashes\nA,0.5,-0.25\n");
+    KdDbObjectId dashed;
+    EXPECT_EQ(kddbLoadLinetypeFromFile(std::wstring(file.begin(), file.end()).c_str(), L"DASHED", dashed, &drawing(), 0),
+              KdStatus::ok);
+    addStyle(L"Rich", L"<b>rich</b>");
+    edited(L"Rich", [&](KdDbMlineStyle& style) {
+      KdCmColor book = KdCmColor::trueColor(0x102030);
+      book.setNamesFromDictionaryKey(L"BOOK$SEA");
+      int index = 0;
+      style.setElement(0, -2, KdCmColor::byIndex(3), dashed);
+      style.setElement(1, 10, KdCmColor::trueColor(0xFF8000), {});
+      style.addElement(index, 9.5, book, {});
+      style.addElement(index, -0.5, KdCmColor::byIndex(0), linetype(L"BYBLOCK"));
+      style.addElement(index, 0, KdCmColor::byIndex(30), linetype(L"CONTINUOUS"));
+      style.setFilled(true);
+      style.setEndRoundCap(true);
+      style.setStartInnerArcs(true);
+      style.setFillColor(KdCmColor::trueColor(0xFE0101));
+      style.setStartAngle(std::numbers::pi / 4);
+    });
+    drawing().flush();
+  }
+
+  KdDbObjectId linetype(const wchar_t* name) {
+    KdDbObjectId id;
+    COpenedObject<KdDbLinetypeTable>(drawing().linetypeTableId(), KdOpenMode::forRead)->getAt(name, id);
+    return id;
+  }
+  KdDbObjectId styleId(const std::wstring& name) {
+    KdDbObjectId id;
+    COpenedObject<KdDbDictionary>(dictionaryId(), KdOpenMode::forRead)->getAt(name, id);
+    return id;
+  }
+  template <class Change>
+  void edited(const std::wstring& name, const Change& change) {
+    const COpenedObject<KdDbMlineStyle> style(styleId(name), KdOpenMode::forWrite);
+    change(*style.Get());
+  }
+  std::wstring stored(const std::wstring& name) {
+    const COpenedObject<KdDbMlineStyle> style(styleId(name), KdOpenMode::forRead);
+    return style ? describe(*style.Get()) : L"none";
+  }
+
+  /// Runs the editor as a command does, in one step of undo.
+  int edit(EStyleEdit mode, const std::wstring& source, const std::function<void(QDialog&)>& act) {
+    CMlstyleNewModDlg editor(&parent);
+    editor.SetMode(mode);
+    editor.SetSourceName(source);
+    editor.SetNewName(L"Fresh");
+    editor.SetDictionary(dictionaryId());
+    withNextDialog([&](QDialog& dialog) {
+      act(dialog);
+      heardInside = messages.heard.size();
+    });
+    drawing().beginUndoStep(L"MLSTYLE");
+    const int result = editor.DoModal();
+    drawing().endUndoStep();
+    return result;
+  }
+  int modify(const std::wstring& source, const std::function<void(QDialog&)>& act) {
+    return edit(EStyleEdit::modify, source, act);
+  }
+
+  static QTableWidget& table(QDialog& dialog) { return control<QTableWidget>(dialog, kElements); }
+  static std::string row(QDialog& dialog, int row) {
+    std::string text;
+    for (int column = 0; column < 3; ++column) text += table(dialog).item(row, column)->text().toStdString() + "|";
+    return text;
+  }
+  static void select(QDialog& dialog, int row) {
+    table(dialog).scrollToItem(table(dialog).item(row, 0));
+    const QPoint place = table(dialog).visualItemRect(table(dialog).item(row, 0)).center();
+    QTest::mouseClick(table(dialog).viewport(), Qt::LeftButton, {}, place);
+  }
+  static void type(QDialog& dialog, int id, const char* text) {
+    auto& edit = control<QLineEdit>(dialog, id);
+    edit.setFocus();
+    edit.selectAll();
+    *text ? QTest::keyClicks(&edit, text) : QTest::keyClick(&edit, Qt::Key_Delete);
+  }
+  static void leave(QDialog& dialog, int id) { QTest::keyClick(&control<QLineEdit>(dialog, id), Qt::Key_Tab); }
+  static void choose(QDialog& dialog, int id, const QString& text) {
+    auto& box = control<QComboBox>(dialog, id);
+    box.setCurrentIndex(box.findText(text));
+    emit box.activated(box.currentIndex());
+  }
+  static void pressOk(QDialog& dialog) { press(dialog, IDOK); }
+  static void pressCancel(QDialog& dialog) { press(dialog, IDCANCEL); }
+
+  struct Parent : CWnd, CStylePreviewer {
+    void PaintPreview(KdDbMlineStyle* style) override { shown.push_back(describe(*style)); }
+    std::vector<std::wstring> shown;
+  };
+  Parent parent;
+  std::size_t heardInside = 0;
+};
+
+TEST_F(StyleEditorTest, ShowsAStyle) {
+  modify(L"Rich", [&](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Modify Multiline Style: Rich");
+    EXPECT_EQ(control<QLineEdit>(dialog, kDescription).text(), "<b>rich</b>");
+    for (const auto& [id, flag] : kFlags) {
+      EXPECT_EQ(control<QCheckBox>(dialog, id).isChecked(), (flag & (1 | 32 | 1024)) != 0) << id;
+    }
+    EXPECT_EQ(control<QLineEdit>(dialog, kStartAngle).text(), "45.00");
+    EXPECT_EQ(control<QLineEdit>(dialog, kEndAngle).text(), "90.00");
+    EXPECT_EQ(control<QLineEdit>(dialog, kOffset).text(), "0.000");
+    EXPECT_EQ(control<QComboBox>(dialog, kFillColor).currentText(), "254,1,1");
+    for (const int id : {kOffset, kElementColor, kLinetype, kDelete}) {
+      EXPECT_FALSE(control<QWidget>(dialog, id).isEnabled()) << id;
+    }
+    const char* const rows[] = {"-2|DASHED|Green|", "-0.5|ByBlock|ByBlock|", "0|Continuous|30|", "9.5|ByLayer|SEA|",
+                                "10|ByLayer|255,128,0|"};
+    ASSERT_EQ(table(dialog).rowCount(), 5);
+    for (int i = 0; i < 5; ++i) {
+      EXPECT_EQ(row(dialog, i), rows[i]);
+      select(dialog, i);
+      const std::string shown = control<QLineEdit>(dialog, kOffset).text().toStdString() + "|" +
+                                control<QComboBox>(dialog, kLinetype).currentText().toStdString() + "|" +
+                                control<QComboBox>(dialog, kElementColor).currentText().toStdString() + "|";
+      EXPECT_EQ(shown, rows[i]);
+    }
+    const char* const headings[] = {"Offset", "Linetype", "Color"};
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_EQ(table(dialog).horizontalHeaderItem(i)->text(), headings[i]);
+      EXPECT_NEAR(table(dialog).columnWidth(i), table(dialog).viewport()->width() / 3, 20);
+    }
+    EXPECT_TRUE(control<QWidget>(dialog, kDelete).isEnabled());
+    pressCancel(dialog);
+  });
+  EXPECT_THAT(parent.shown, ElementsAre(stored(L"Rich")));
+}
+
+TEST_F(StyleEditorTest, LaysItsTextsOutInOrder) {
+  modify(L"Plain", [](QDialog& dialog) {
+    std::vector<std::string> texts;
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) texts.push_back(label->text().toStdString());
+    for (const char* text : {"Description", "Start", "End", "Line", "Outer arc", "lnner", "Angle",
+                             "Fill color:", "Offset:", "Linetype:", "Color:"}) {
+      EXPECT_THAT(texts, testing::Contains(text));
+    }
+    std::vector<std::string> groups;
+    for (const QGroupBox* group : dialog.findChildren<QGroupBox*>()) groups.push_back(group->title().toStdString());
+    EXPECT_THAT(groups, ElementsAre("Caps", "Fill", "Joints", "Elements"));
+    EXPECT_EQ(control<QCheckBox>(dialog, kFill).text(), "Open");
+    EXPECT_EQ(control<QCheckBox>(dialog, 1047).text(), "Display joints");
+    EXPECT_EQ(control<QCheckBox>(dialog, 1038).text(), "");
+    pressCancel(dialog);
+  });
+}
+
+TEST_F(StyleEditorTest, EachChangeIsShownAtOnceAndWrittenWithOk) {
+  struct Case {
+    const char* name;
+    const wchar_t* source;
+    std::function<void(QDialog&)> act;
+    const wchar_t* result;
+    const wchar_t* shown = nullptr;  // when it is not the result
+  };
+  const Case cases[] = {
+      {"nothing: linetypes narrow, a fill is of an index", L"Rich", [](QDialog&) {},
+       L"<b>rich</b> 1057 1 4500 9000 -2:continuous:3 -0.5:byblock:byblock 0:continuous:30 9.5:bylayer:sea "
+       L"10:bylayer:255,128,0"},
+      {"description", L"Plain", [](QDialog& d) { type(d, kDescription, "walls"); },
+       L"walls 0 bylayer 9000 9000 -0.5:bylayer:bylayer 0.5:bylayer:bylayer"},
+      {"add", L"Plain", [](QDialog& d) { press(d, kAdd); },
+       L"two 0 bylayer 9000 9000 -0.5:bylayer:bylayer 0:bylayer:bylayer 0.5:bylayer:bylayer"},
+      {"add, all of it changed", L"Plain",
+       [](QDialog& d) {
+         press(d, kAdd);
+         EXPECT_EQ(table(d).currentRow(), 1);
+         type(d, kOffset, "-12.25");
+         EXPECT_EQ(table(d).item(1, 0)->text(), "-12.25");
+         leave(d, kOffset);
+         EXPECT_EQ(table(d).item(0, 0)->text(), "-12.25");
+         choose(d, kElementColor, "Cyan");
+         choose(d, kLinetype, "ByBlock");
+         EXPECT_EQ(row(d, 0), "-12.25|ByBlock|Cyan|");
+       },
+       L"two 0 bylayer 9000 9000 -12.25:byblock:4 -0.5:bylayer:bylayer 0.5:bylayer:bylayer"},
+      {"delete down to one", L"Rich",
+       [](QDialog& d) {
+         select(d, 4);
+         for (int left = 4; left > 0; --left) {
+           press(d, kDelete);
+           EXPECT_EQ(table(d).rowCount(), left);
+         }
+         EXPECT_FALSE(control<QWidget>(d, kDelete).isEnabled());
+         EXPECT_TRUE(control<QWidget>(d, kOffset).isEnabled());
+       },
+       L"<b>rich</b> 1057 1 4500 9000 -2:continuous:3", L"<b>rich</b> 1057 254,1,1 4500 9000 -2:continuous:3"},
+      {"a minus alone", L"Plain",
+       [](QDialog& d) {
+         select(d, 1);
+         type(d, kOffset, "-");
+         leave(d, kOffset);
+       },
+       L"two 0 bylayer 9000 9000 -0.5:bylayer:bylayer 0:bylayer:bylayer"},
+      {"a dashed linetype", L"Plain",
+       [](QDialog& d) {
+         select(d, 0);
+         choose(d, kLinetype, "DASHED");
+         EXPECT_EQ(row(d, 0), "-0.5|DASHED|ByLayer|");
+       },
+       L"two 0 bylayer 9000 9000 -0.5:continuous:bylayer 0.5:bylayer:bylayer"},
+      {"angles", L"Plain",
+       [](QDialog& d) {
+         type(d, kStartAngle, "10");
+         leave(d, kStartAngle);
+         type(d, kEndAngle, "170.");
+         leave(d, kEndAngle);
+       },
+       L"two 0 bylayer 1000 17000 -0.5:bylayer:bylayer 0.5:bylayer:bylayer"},
+      {"fill", L"Plain",
+       [](QDialog& d) {
+         EXPECT_FALSE(control<QWidget>(d, kFillColor).isEnabled());
+         control<QCheckBox>(d, kFill).click();
+         EXPECT_TRUE(control<QWidget>(d, kFillColor).isEnabled());
+         choose(d, kFillColor, "Blue");
+       },
+       L"two 1 5 9000 9000 -0.5:bylayer:bylayer 0.5:bylayer:bylayer"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string before = bytes();
+    parent.shown.clear();
+    EXPECT_EQ(modify(c.source,
+                     [&](QDialog& dialog) {
+                       c.act(dialog);
+                       pressOk(dialog);
+                     }),
+              IDOK);
+    EXPECT_EQ(stored(c.source), c.result);
+    const bool isShownLive = parent.shown.size() > 1;
+    EXPECT_TRUE(!isShownLive || parent.shown.back() == (c.shown ? c.shown : c.result)) << parent.shown.back();
+    EXPECT_EQ(isShownLive, std::string_view(c.name) != "description" && c.name[0] != 'n');
+    EXPECT_EQ(drawing().undo(), L"MLSTYLE");
+    EXPECT_TRUE(bytes() == before);
+  }
+  EXPECT_EQ(stillOpen, 0);
+  EXPECT_TRUE(messages.heard.empty());
+  EXPECT_TRUE(drawing().openObjects().empty());
+}
+
+TEST_F(StyleEditorTest, EveryCheckBoxIsABitOfTheFlagWord) {
+  for (const auto& [id, flag] : kFlags) {
+    SCOPED_TRACE(id);
+    modify(L"Plain", [id = id](QDialog& dialog) {
+      control<QCheckBox>(dialog, id).click();
+      pressOk(dialog);
+    });
+    const std::wstring expected =
+        L"two " + std::to_wstring(flag) + L" bylayer 9000 9000 -0.5:bylayer:bylayer 0.5:bylayer:bylayer";
+    EXPECT_EQ(stored(L"Plain"), expected);
+    EXPECT_EQ(parent.shown.back(), expected);
+    drawing().undo();
+  }
+}
+
+TEST_F(StyleEditorTest, RefusesWhatIsNoOffsetAndNoAngle) {
+  struct Case {
+    int id;
+    const char* text;
+  };
+  const Case cases[] = {{kOffset, "+1"},       {kOffset, "1e3"},   {kOffset, "1 "},    {kOffset, ""},
+                        {kOffset, "1,5"},      {kOffset, "1.2.3"}, {kOffset, "2-"},    {kStartAngle, "9.99"},
+                        {kEndAngle, "170.01"}, {kStartAngle, ""},  {kEndAngle, "-90"}, {kStartAngle, "ninety"}};
+  const std::wstring before = stored(L"Plain");
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.id) + c.text);
+    messages.heard.clear();
+    EXPECT_EQ(modify(L"Plain",
+                     [&](QDialog& dialog) {
+                       select(dialog, 0);
+                       type(dialog, c.id, c.text);
+                       leave(dialog, c.id);
+                       EXPECT_EQ(dialog.focusWidget(), &control<QLineEdit>(dialog, c.id));
+                       EXPECT_THAT(messages.heard, ElementsAre(L"beep"));
+                       pressOk(dialog);
+                       EXPECT_TRUE(dialog.isVisible());
+                       EXPECT_EQ(parent.shown.back(), before);
+                       messages.heard.clear();
+                       dialog.close();
+                     }),
+              IDCANCEL);
+    EXPECT_TRUE(messages.heard.empty()) << "leaving the dialog is no input";
+  }
+  EXPECT_EQ(stored(L"Plain"), before);
+}
+
+TEST_F(StyleEditorTest, ANewStyleIsThereUntilItIsCancelled) {
+  const std::string before = bytes();
+  const auto look = [&](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "New Multiline Style: Fresh");
+    EXPECT_EQ(stored(L"Fresh"), stored(L"Rich"));
+    press(dialog, kAdd);
+  };
+  for (const bool closes : {false, true}) {
+    EXPECT_EQ(edit(EStyleEdit::newStyle, L"Rich",
+                   [&](QDialog& dialog) {
+                     look(dialog);
+                     closes ? static_cast<void>(dialog.close()) : pressCancel(dialog);
+                   }),
+              IDCANCEL);
+    EXPECT_EQ(stored(L"Fresh"), L"none");
+    EXPECT_TRUE(bytes() == before);
+    EXPECT_EQ(drawing().undo(), std::nullopt);
+  }
+  edit(EStyleEdit::newStyle, L"Rich", [&](QDialog& dialog) {
+    look(dialog);
+    pressOk(dialog);
+  });
+  EXPECT_THAT(styleNames(), testing::EndsWith(L" Fresh "));
+  EXPECT_THAT(stored(L"Fresh"), testing::HasSubstr(L" 0:bylayer:bylayer"));
+  EXPECT_EQ(drawing().undo(), L"MLSTYLE");
+  EXPECT_EQ(stored(L"Fresh"), L"none");
+  EXPECT_TRUE(drawing().openObjects().empty());
+  modify(L"Rich", [&](QDialog& dialog) {
+    press(dialog, kAdd);
+    pressCancel(dialog);
+  });
+  EXPECT_TRUE(bytes() == before);
+}
+
+TEST_F(StyleEditorTest, ItsPlaceIsKeptWithOkAlone) {
+  const auto kept = [] { return kdrxGetProfileInt(L"Settings", L"MlstyNewModDlgPosLeft", -10000); };
+  QPoint place;
+  const auto move = [&](QDialog& dialog) {
+    dialog.move(77, 33);
+    place = dialog.geometry().topLeft();
+  };
+  modify(L"Plain", [&](QDialog& dialog) {
+    move(dialog);
+    pressCancel(dialog);
+  });
+  EXPECT_EQ(kept(), -10000);
+  modify(L"Plain", [&](QDialog& dialog) {
+    move(dialog);
+    pressOk(dialog);
+  });
+  EXPECT_EQ(kept(), place.x());
+  modify(L"Plain", [&](QDialog& dialog) {
+    EXPECT_EQ(dialog.geometry().topLeft(), place);
+    pressCancel(dialog);
+  });
+}
+
+TEST_F(StyleEditorTest, AnyColorCanBeChosen) {
+  const auto answer = [this](const QColor& color) {
+    withNextDialog([color](QDialog& dialog) {
+      auto& chooser = dynamic_cast<QColorDialog&>(dialog);
+      if (color.isValid()) chooser.setCurrentColor(color);
+      color.isValid() ? chooser.accept() : chooser.reject();
+    });
+  };
+  modify(L"Plain", [&](QDialog& dialog) {
+    auto& box = control<QComboBox>(dialog, kElementColor);
+    select(dialog, 0);
+    EXPECT_EQ(box.count(), 10);
+    choose(dialog, kElementColor, "Red");
+    answer({});
+    choose(dialog, kElementColor, "Select color...");
+    EXPECT_EQ(row(dialog, 0), "-0.5|ByLayer|Red|");
+    EXPECT_EQ(box.currentText(), "Red");
+    for (int i = 1; i <= 10; ++i) {
+      answer(QColor(1, 2, i));
+      choose(dialog, kElementColor, "Select color...");
+      EXPECT_EQ(box.currentText(), QString("1,2,%1").arg(i));
+    }
+    EXPECT_EQ(box.count(), 18);  // eight of them are kept
+    EXPECT_EQ(box.findText("1,2,2"), -1);
+    EXPECT_EQ(box.findText("1,2,10"), 9);
+    answer(QColor(1, 2, 10));
+    choose(dialog, kElementColor, "Select color...");
+    EXPECT_EQ(box.count(), 18);
+    // The keyboard does not fall into the chooser, and the wheel changes nothing.
+    box.setCurrentIndex(16);
+    QTest::keyClick(&box, Qt::Key_Down);
+    EXPECT_EQ(box.currentIndex(), 16);
+    choose(dialog, kElementColor, "1,2,10");
+    pressOk(dialog);
+  });
+  EXPECT_EQ(stored(L"Plain"), L"two 0 bylayer 9000 9000 -0.5:bylayer:1,2,10 0.5:bylayer:bylayer");
+}
+
+TEST_F(StyleEditorTest, RowsCanBeWalkedWithTheKeyboard) {
+  modify(L"Rich", [](QDialog& dialog) {
+    select(dialog, 0);
+    QTest::keyClick(&table(dialog), Qt::Key_Down);
+    EXPECT_EQ(control<QLineEdit>(dialog, kOffset).text(), "-0.5");
+    QTest::keyClick(&table(dialog), Qt::Key_Tab);
+    EXPECT_EQ(dialog.focusWidget(), &control<QWidget>(dialog, kAdd));
+    pressCancel(dialog);
+  });
+}
+
+TEST_F(StyleEditorTest, WithoutAStyleNothingIsWritten) {
+  const std::string before = bytes();
+  for (const auto mode : {EStyleEdit::newStyle, EStyleEdit::modify}) {
+    EXPECT_EQ(edit(mode, L"Nowhere", pressOk), IDCANCEL);
+    EXPECT_TRUE(bytes() == before);
+  }
+}
+
+TEST(RealTextTest, TakesPlainNumbersOnly) {
+  struct Case {
+    const wchar_t* text;
+    bool allowsMinus, trims, isNumber;
+    double value;
+  };
+  const Case cases[] = {
+      {L"12.5", true, false, true, 12.5}, {L"-.5", true, false, true, -0.5}, {L"5.", true, false, true, 5},
+      {L"-", true, false, true, 0},       {L".", true, false, true, 0},      {L"-.", true, false, true, 0},
+      {L"-1", false, false, false, 0},    {L"--1", true, false, false, 0},   {L"1-", true, false, false, 0},
+      {L"+1", true, false, false, 0},     {L"1e2", true, false, false, 0},   {L"1,000", true, false, false, 0},
+      {L" 1", true, false, false, 0},     {L" 1\t", true, true, true, 1},    {L" ", true, true, false, 0},
+      {L"", true, false, false, 0},       {nullptr, true, false, false, 0},  {L"1..2", true, false, false, 0},
+      {L"\u0661", true, false, false, 0},
+  };
+  for (const Case& c : cases) {
+    double value = 0;
+    EXPECT_EQ(gx_strIsValidReal(c.text, c.allowsMinus, c.trims, &value), c.isNumber) << (c.text ? c.text : L"null");
+    EXPECT_EQ(value, c.value);
+  }
+  EXPECT_FALSE(gx_strIsValidReal(std::wstring(400, L'9').c_str(), true, false, nullptr));
+  EXPECT_TRUE(gx_strIsValidReal((std::wstring(512, L'0') + L"x").c_str(), true, false, nullptr));
+}
+
+TEST_F(StyleEditorTest, ColorIndicesHaveNames) {
+  for (const auto& [index, name] : {std::pair{0, L"BYBLOCK"}, {256, L"BYLAYER"}, {1, L"Red"}, {7, L"White"}, {8, L"8"}}) {
+    CStdStr<wchar_t> text;
+    ColorToString(index, text);
+    EXPECT_EQ(text, name);
+    EXPECT_EQ(StringToColor(text), index);
+  }
+  EXPECT_EQ(StringToColor(L"bylayer"), 256);
+  EXPECT_EQ(StringToColor(L"mauve"), 0);
+}
+
+}  // namespace

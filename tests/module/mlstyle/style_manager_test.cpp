@@ -1,0 +1,280 @@
+#include <gmock/gmock.h>
+
+#include "style_dialogs.h"
+
+#include <kdrx/app.h>
+
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QTextEdit>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+enum Id : int {
+  kList = 1021,
+  kCurrent = 1022,
+  kDescription = 1024,
+  kPreview = 1025,
+  kSetCurrent = 1026,
+  kNew = 1028,
+  kModify = 1029,
+  kRename = 1030,
+  kDelete = 1031,
+  kLoad = 1032,
+  kSave = 1033,
+};
+
+class StyleManagerTest : public StyleDialogTest {
+ protected:
+  /// The manager's own styles beside STANDARD: one in use, one in use in a paper space, one in use nowhere.
+  StyleManagerTest() {
+    addStyle(L"Used", L"drawn");
+    addStyle(L"Paper");
+    addStyle(L"Free", L"<b>A & B</b>");
+    run("CMLSTYLE USED\nMLINE J Z S 1\n0,0\n10,0\n\nCMLSTYLE Free\n");
+    addToPaperSpace(L"Paper");
+  }
+
+  void addToPaperSpace(const std::wstring& styleName) {
+    KdDbObjectId style, id;
+    COpenedObject<KdDbDictionary>(dictionaryId(), KdOpenMode::forRead)->getAt(styleName, style);
+    KdDbBlockTable* blocks = nullptr;
+    ASSERT_EQ(drawing().getBlockTable(blocks, KdOpenMode::forRead), KdStatus::ok);
+    ASSERT_EQ(blocks->getAt(L"*Paper_Space", id), KdStatus::ok);
+    blocks->close();
+    const COpenedObject<KdDbBlockTableRecord> paper(id, KdOpenMode::forWrite);
+    auto mline = std::make_unique<KdDbMline>();
+    ASSERT_EQ(mline->setStyle(style), KdStatus::ok);
+    for (const double x : {0.0, 5.0}) ASSERT_EQ(mline->appendSeg({x, 0, 0}), KdStatus::ok);
+    ASSERT_EQ(paper->appendEntity(mline.get(), id), KdStatus::ok);
+    mline.release()->close();
+  }
+
+  /// Runs the manager, does `act` in it, and closes it unless that did.
+  void manage(const std::function<void(QDialog&)>& act) {
+    manager = nullptr;
+    withNextDialog([&](QDialog& dialog) {
+      manager = &dialog;
+      list = &control<QListWidget>(dialog, kList);
+      const QPointer<QDialog> guard(&dialog);
+      act(dialog);
+      if (guard && guard->isVisible()) dialog.reject();
+    });
+    run("MLSTYLE\n");
+    EXPECT_NE(manager, nullptr) << "no dialog was shown";
+    EXPECT_EQ(stillOpen, 0);
+    EXPECT_EQ(reported, "");
+  }
+  void select(const QString& name) { clickRow(*list, name); }
+  QString selected() { return list->currentItem() ? list->currentItem()->text() : QString(); }
+  QString label(int id) { return control<QLabel>(*manager, id).text(); }
+  /// The initials of the buttons that may be pressed: set Current, Modify, Rename, Delete.
+  std::string allowed() {
+    std::string initials;
+    for (const auto& [id, initial] : {std::pair{kSetCurrent, 'C'}, {kModify, 'M'}, {kRename, 'R'}, {kDelete, 'D'}}) {
+      if (control<QPushButton>(*manager, id).isEnabled()) initials += initial;
+    }
+    return initials;
+  }
+
+  QDialog* manager = nullptr;
+  QListWidget* list = nullptr;
+};
+
+TEST_F(StyleManagerTest, AStyleSaysWhatMayBeDoneWithIt) {
+  struct Case {
+    const char *current, *name, *allowed, *description;
+  };
+  const Case cases[] = {
+      {"free", "Free", "MR", "<b>A & B</b>"}, {"free", "STANDARD", "CMD", ""},
+      {"free", "Used", "C", "drawn"},         {"free", "Paper", "C", ""},
+      {"uSED", "Used", "", "drawn"},          {"Used", "Free", "CMRD", "<b>A & B</b>"},
+      {"standard", "STANDARD", "M", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.current << ' ' << c.name);
+    run(std::string("CMLSTYLE ") + c.current + "\n");
+    const std::string before = bytes();
+    manage([&](QDialog&) {
+      EXPECT_EQ(selected().compare(c.current, Qt::CaseInsensitive), 0);
+      EXPECT_EQ(label(kCurrent), QString::fromStdWString(current()));
+      select(c.name);
+      EXPECT_EQ(allowed(), c.allowed);
+      EXPECT_EQ(label(kDescription), c.description);
+      select("Paper");
+      EXPECT_EQ(allowed(), "C");
+      while (selected() != c.name) QTest::keyClick(list, list->currentRow() ? Qt::Key_Up : Qt::Key_End);
+      EXPECT_EQ(allowed(), c.allowed) << "by keys";
+      EXPECT_FALSE(control<QTextEdit>(*manager, kPreview).document()->isEmpty());
+    });
+    EXPECT_TRUE(bytes() == before);
+  }
+}
+
+TEST_F(StyleManagerTest, AStyleIsMadeCurrent) {
+  manage([&](QDialog& dialog) {
+    select("Used");
+    press(dialog, kSetCurrent);
+    EXPECT_EQ(current(), L"Used");
+    EXPECT_EQ(label(kCurrent), "Used");
+    EXPECT_EQ(allowed(), "");
+    EXPECT_TRUE(control<QPushButton>(dialog, kNew).hasFocus());
+    clickRow(*list, "Free", true);
+    EXPECT_EQ(current(), L"Free");
+    EXPECT_EQ(allowed(), "MR");
+  });
+  run("U\n");
+  EXPECT_EQ(current(), L"Used");
+  run("CMLSTYLE standard\n");
+  const std::string before = bytes();
+  manage([&](QDialog&) { clickRow(*list, "STANDARD", true); });
+  EXPECT_EQ(current(), L"STANDARD") << "letters in another case are another name to the double click";
+  EXPECT_FALSE(bytes() == before);
+  const std::string after = bytes();
+  manage([&](QDialog&) { clickRow(*list, "STANDARD", true); });
+  EXPECT_TRUE(bytes() == after);
+}
+
+TEST_F(StyleManagerTest, ARenamedStyleIsShownAsTheCurrentOne) {
+  const std::string before = bytes();
+  manage([&](QDialog& dialog) {
+    select("Free");
+    for (const char* name : {"Rejected", "Road2"}) {
+      withNextDialog([&](QDialog& rename) {
+        EXPECT_EQ(control<QLabel>(rename, 1059).text(), "Free");
+        QTest::keyClicks(&control<QLineEdit>(rename, 1060), name);
+        name[1] == 'e' ? rename.reject() : press(rename, 1);
+      });
+      press(dialog, kRename);
+    }
+    EXPECT_EQ(selected(), "Road2");
+    EXPECT_EQ(label(kCurrent), "Road2");
+    EXPECT_EQ(label(kDescription), "<b>A & B</b>");
+    EXPECT_EQ(allowed(), "MR") << "as the current one";
+  });
+  EXPECT_EQ(styleNames(), L"STANDARD Used Paper Road2 ");
+  EXPECT_EQ(current(), L"Free") << "the drawing's variable stays";
+  run("U\n");
+  EXPECT_TRUE(bytes() == before);
+  run("REDO\n");
+  EXPECT_EQ(styleNames(), L"STANDARD Used Paper Road2 ");
+}
+
+TEST_F(StyleManagerTest, AStyleIsDeletedWhenTheUserSaysSo) {
+  run("CMLSTYLE Used\n");
+  const std::string before = bytes();
+  messages.answer = IDNO;
+  manage([&](QDialog& dialog) {
+    select("STANDARD");
+    press(dialog, kDelete);
+    EXPECT_THAT(messages.heard, ElementsAre()) << "never deleted";
+    select("Free");
+    press(dialog, kDelete);
+    EXPECT_THAT(messages.heard, ElementsAre(L"TORVA|Delete the multiline style \"Free\"?|36"));
+    EXPECT_TRUE(bytes() == before);
+    messages.answer = IDYES;
+    press(dialog, kDelete);
+    EXPECT_EQ(selected(), "Paper");
+    EXPECT_EQ(allowed(), "C");
+    EXPECT_TRUE(list->hasFocus());
+  });
+  EXPECT_EQ(styleNames(), L"STANDARD Used Paper ");
+  run("U\n");
+  EXPECT_TRUE(bytes() == before);
+}
+
+TEST_F(StyleManagerTest, NewAndModifiedStylesAreStepsOfUndo) {
+  const std::string before = bytes();
+  const auto edit = [&](int result) {
+    withNextDialog([=](QDialog& editor) { result == IDOK ? editor.accept() : editor.reject(); });
+  };
+  const auto addNew = [&](QDialog& dialog, const char* name, int result) {
+    withNextDialog([&, name, result](QDialog& asked) {
+      EXPECT_EQ(control<QComboBox>(asked, 1036).currentText(), "Used");
+      QTest::keyClicks(&control<QLineEdit>(asked, 1035), name);
+      if (result) edit(result);
+      result ? press(asked, 1) : press(asked, 2);
+    });
+    press(dialog, kNew);
+  };
+  manage([&](QDialog& dialog) {
+    select("Used");
+    addNew(dialog, "None", 0);
+    addNew(dialog, "None", IDCANCEL);
+    EXPECT_EQ(list->count(), 4);
+  });
+  EXPECT_TRUE(bytes() == before);
+  manage([&](QDialog& dialog) {
+    select("Used");
+    addNew(dialog, "Duct", IDOK);
+    EXPECT_EQ(selected(), "Duct");
+    EXPECT_EQ(label(kDescription), "drawn");
+    select("Free");
+    edit(IDCANCEL);
+    press(dialog, kModify);
+    EXPECT_EQ(selected(), "Free");
+  });
+  EXPECT_EQ(styleNames(), L"STANDARD Used Paper Free Duct ");
+  run("U\n");
+  EXPECT_TRUE(bytes() == before);
+}
+
+TEST_F(StyleManagerTest, ThePositionIsKeptWhenItIsClosedAndNotWhenItIsLeft) {
+  const auto kept = [] { return kdrxGetProfileInt(L"Settings", L"MlstylePosLeft", -10000); };
+  manage([](QDialog& dialog) {
+    dialog.move(30, 40);
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  EXPECT_EQ(kept(), -10000);
+  QPoint place;
+  manage([&](QDialog& dialog) {
+    dialog.move(30, 40);
+    place = dialog.geometry().topLeft();
+    QTest::keyClick(&dialog, Qt::Key_Return);
+  });
+  EXPECT_EQ(kept(), place.x());
+  manage([&](QDialog& dialog) { EXPECT_EQ(dialog.geometry().topLeft(), place); });
+}
+
+TEST_F(StyleManagerTest, EveryControlIsReachedByKeys) {
+  manage([&](QDialog& dialog) {
+    select("Paper");
+    select("STANDARD");
+    std::vector<int> order;
+    list->setFocus();
+    for (int i = 0; i < 8; ++i) {
+      order.push_back(dialog.focusWidget()->property("controlId").toInt());
+      QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_THAT(order, ElementsAre(kList, kSetCurrent, kNew, kModify, kDelete, kLoad, kSave, 1));
+    std::string mnemonics;
+    for (const auto* button : dialog.findChildren<QPushButton*>()) {
+      mnemonics += button->text()[button->text().indexOf('&') + 1].toUpper().toLatin1();
+    }
+    std::sort(mnemonics.begin(), mnemonics.end());
+    EXPECT_EQ(mnemonics, "ACDLMNRU");
+    EXPECT_EQ(dialog.windowTitle(), "Multiline Style");
+    EXPECT_EQ(dialog.size(), QSize(520, 500));
+  });
+}
+
+TEST_F(StyleManagerTest, WithoutStylesNothingCanBeDoneWithThem) {
+  COpenedObject<KdDbDictionary>(drawing().namedObjectsDictionaryId(), KdOpenMode::forWrite)->remove(L"ACAD_MLINESTYLE");
+  manage([&](QDialog& dialog) {
+    EXPECT_EQ(list->count(), 0);
+    EXPECT_EQ(allowed(), "");
+    for (const int id : {kSetCurrent, kDelete, kRename}) press(dialog, id);
+    EXPECT_EQ(label(kDescription), "");
+  });
+}
+
+TEST_F(StyleManagerTest, AHostWithoutDialogsIsToldSo) {
+  startHost(torva::runtime::DialogUse::none);
+  run("MLSTYLE\n");
+  EXPECT_THAT(printed, HasSubstr(L"MLSTYLE needs a dialog"));
+}
+
+}  // namespace

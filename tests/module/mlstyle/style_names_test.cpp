@@ -1,0 +1,90 @@
+#include "mlstyle/names/MlstyleNewDlg.h"
+#include "mlstyle/names/MlstyleRenameDlg.h"
+#include "style_dialogs.h"
+
+#include <kdrx/app.h>
+
+#include <QtWidgets/QComboBox>
+
+namespace {
+
+using StyleNamesTest = StyleDialogTest;
+
+struct Name {
+  const char* text;
+  bool isForNew, isForRename;
+};
+const Name kNames[] = {
+    {"", false, false},          {"Road", true, true},         {"42", true, true},          {"a_b", true, false},
+    {"a-b", true, false},        {"a$b", true, false},         {"two words", false, false}, {"a.b", false, false},
+    {"a,b", false, false},       {"standard", false, false},   {"STANDARD2", true, true},   {"wALL", false, false},
+    {"Stra\u00dfe", true, true}, {"\u0416\u4e2d", true, true}, {"a\u00a0b", false, false},  {"a\u2013b", false, false},
+};
+
+TEST_F(StyleNamesTest, OnlyGoodNamesMayBeConfirmed) {
+  addStyle(L"Wall");
+  const auto tryNames = [](QDialog& dialog, int editId, bool Name::*isGood) {
+    auto& edit = control<QLineEdit>(dialog, editId);
+    const auto& confirm = control<QPushButton>(dialog, IDOK);
+    EXPECT_FALSE(confirm.isEnabled());
+    for (const Name& name : kNames) {
+      SCOPED_TRACE(name.text);
+      edit.setText(name.text);
+      EXPECT_EQ(confirm.isEnabled(), name.*isGood);
+    }
+    for (const char c : "~`!@#%^&*()=+[]\\{}|:;'\"<>?/,. \t") {
+      edit.setText(QString("Good") + QChar(c ? c : ' '));
+      EXPECT_FALSE(confirm.isEnabled()) << c;
+    }
+    edit.clear();
+    QTest::keyClicks(&edit, QString(40, 'n'));
+    EXPECT_EQ(edit.text().size(), 31);
+    EXPECT_TRUE(confirm.isEnabled());
+  };
+  CMlstyleNewDlg newDialog(nullptr);
+  newDialog.SetDictionary(dictionaryId());
+  newDialog.SetStartWith(L"Wall");
+  withNextDialog([&](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Create New Multiline Style");
+    EXPECT_EQ(control<QComboBox>(dialog, 1036).currentText(), "Wall");
+    EXPECT_EQ(control<QComboBox>(dialog, 1036).count(), 2);
+    tryNames(dialog, 1035, &Name::isForNew);
+    control<QComboBox>(dialog, 1036).setCurrentText("STANDARD");
+    QTest::keyClick(&control<QLineEdit>(dialog, 1035), Qt::Key_Return);
+  });
+  EXPECT_EQ(newDialog.DoModal(), IDOK);
+  EXPECT_EQ(newDialog.GetNewName(), std::wstring(31, L'n'));
+  EXPECT_EQ(newDialog.GetStartWith(), L"STANDARD");
+
+  CMlstyleRenameDlg renameDialog(nullptr);
+  renameDialog.SetDictionary(dictionaryId());
+  renameDialog.SetOldName(L"Wall");
+  withNextDialog([&](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Rename Multiline Style");
+    tryNames(dialog, 1060, &Name::isForRename);
+    QTest::keyClick(&dialog, Qt::Key_O, Qt::AltModifier);
+    static_cast<void>(QTest::qWaitFor([&] { return !dialog.isVisible(); }));
+  });
+  EXPECT_EQ(renameDialog.DoModal(), IDOK);
+  EXPECT_EQ(renameDialog.GetNewName(), std::wstring(31, L'n'));
+  EXPECT_EQ(stillOpen, 0);
+}
+
+TEST_F(StyleNamesTest, OnlyAConfirmedDialogKeepsItsPosition) {
+  const auto show = [&](CDialog& dialog, int editId, int button, const wchar_t* key) {
+    withNextDialog([&](QDialog& widget) {
+      control<QLineEdit>(widget, editId).setText("Good");
+      press(widget, button);
+    });
+    EXPECT_EQ(dialog.DoModal(), button);
+    EXPECT_EQ(kdrxGetProfileInt(L"Settings", key, -10000) != -10000, button == IDOK);
+  };
+  for (const int button : {IDCANCEL, IDOK}) {
+    CMlstyleNewDlg newDialog(nullptr);
+    show(newDialog, 1035, button, L"MlstyleNewPosRight");
+    CMlstyleRenameDlg renameDialog(nullptr);
+    show(renameDialog, 1060, button, L"MlstyleRenamePosBottom");
+  }
+}
+
+}  // namespace
