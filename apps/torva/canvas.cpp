@@ -212,7 +212,7 @@ void Canvas::press(const QPoint& at, Qt::KeyboardModifiers modifiers) {
 /// Takes the entity at a place into the selection or out of it; where there is none, a window begins.
 void Canvas::choose(const QPoint& at, bool takesOut) {
   if (m_aim.entity == torva::dxf::kNoRecord) {
-    m_window = Window{at, false, takesOut};
+    m_window = Window{userAt(at), at, false, takesOut};
     return update();
   }
   if (!m_source.isAtCommandPrompt()) {
@@ -228,14 +228,14 @@ void Canvas::choose(const QPoint& at, bool takesOut) {
 void Canvas::finishWindow(const QPoint& corner) {
   const Window window = *m_window;
   m_window.reset();
-  const bool isCrossing = corner.x() < window.from.x();
+  const bool isCrossing = corner.x() < pixelOf(window.fromUcs).x();
   if (!m_source.isAtCommandPrompt()) {
     const std::wstring answer =
-        (isCrossing ? L"C " : L"W ") + answerText(userAt(window.from)) + L" " + answerText(userAt(corner));
+        (isCrossing ? L"C " : L"W ") + answerText(window.fromUcs) + L" " + answerText(userAt(corner));
     return m_source.answer(window.takesOut ? L"R " + answer + L" A" : answer);
   }
   const auto rule = isCrossing ? torva::view::WindowRule::part : torva::view::WindowRule::whole;
-  torva::command::pickFirstIn(m_editor, worldAt(window.from), worldAt(corner), rule,
+  torva::command::pickFirstIn(m_editor, m_editor.toWorld(window.fromUcs), worldAt(corner), rule,
                               window.takesOut ? Choice::remove : Choice::add);
   emit selectionChanged();
   update();
@@ -255,7 +255,7 @@ void Canvas::mouseMoveEvent(QMouseEvent* event) {
     return showView();
   }
   if (m_window && (event->buttons() & Qt::LeftButton)) {
-    m_window->isDragged |= (event->pos() - m_window->from).manhattanLength() > kDragPx;
+    m_window->isDragged |= (event->pos() - m_window->pressed).manhattanLength() > kDragPx;
   }
   m_aiming.start(0);
   update();
@@ -336,7 +336,7 @@ void Canvas::paintCursor(QPainter& painter) {
   }
   const bool isCorner = question.kind == Question::Kind::corner && question.base;
   if (m_window || isCorner) {
-    const QPointF from = isCorner ? pixelOf(*question.base) : QPointF(m_window->from);
+    const QPointF from = pixelOf(isCorner ? *question.base : m_window->fromUcs);
     const bool isCrossing = aimed.x() < from.x();
     QColor tint = isCrossing ? QColor(0x40, 0xA0, 0x40) : QColor(0x40, 0x70, 0xD0);
     painter.setPen(QPen(tint, 0, isCrossing ? Qt::DashLine : Qt::SolidLine));

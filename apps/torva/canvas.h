@@ -97,7 +97,8 @@ class Canvas final : public QWidget {
   Aim m_aim;
   std::optional<QPoint> m_panFrom;
   struct Window {
-    QPoint from;
+    KdGePoint3d fromUcs;
+    QPoint pressed;  // where the drag began
     bool isDragged = false;
     bool takesOut = false;
   };

@@ -1,5 +1,8 @@
 #include "command_line.h"
 
+#include <utility>
+
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCompleter>
 #include <QHBoxLayout>
@@ -7,7 +10,6 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScopedValueRollback>
-#include <QScrollBar>
 #include <QStringListModel>
 #include <QVBoxLayout>
 
@@ -53,6 +55,7 @@ AnswerEdit::AnswerEdit(QWidget* parent) : QLineEdit(parent), m_words(new QString
 
 void AnswerEdit::setCompletions(const QStringList& words) {
   m_words->setStringList(words);
+  completer()->popup()->hide();
 }
 
 bool AnswerEdit::event(QEvent* event) {
@@ -73,7 +76,7 @@ void AnswerEdit::keyPressEvent(QKeyEvent* event) {
       if (!m_takesBlanks && !isInQuotes()) return enter();
       break;
     case Qt::Key_Escape:
-      clear();
+      take();
       emit cancelled();
       return;
     case Qt::Key_Up:
@@ -82,6 +85,7 @@ void AnswerEdit::keyPressEvent(QKeyEvent* event) {
       return recall(1);
     case Qt::Key_Tab:
       if (completer()->completionCount() > 0) setText(completer()->currentCompletion());
+      completer()->popup()->hide();
       return;
     default:
       break;
@@ -89,18 +93,26 @@ void AnswerEdit::keyPressEvent(QKeyEvent* event) {
   QLineEdit::keyPressEvent(event);
 }
 
-void AnswerEdit::enter() {
+/// The text that stands there, which goes together with what it was completed with.
+QString AnswerEdit::take() {
   const QString line = text();
+  clear();
+  completer()->popup()->hide();
+  return line;
+}
+
+void AnswerEdit::enter() {
+  const QString line = take();
   if (!line.isEmpty() && (m_history.isEmpty() || m_history.last() != line)) m_history << line;
   if (m_history.size() > kKeptAnswers) m_history.removeFirst();
   m_recalled = m_history.size();
-  clear();
   emit entered(line);
 }
 
 void AnswerEdit::recall(int step) {
   m_recalled = qBound(0, m_recalled + step, m_history.size());
   setText(m_recalled < m_history.size() ? m_history[m_recalled] : QString());
+  completer()->popup()->hide();
 }
 
 CommandLine::CommandLine(WindowSource& source, QWidget* parent)
@@ -163,6 +175,9 @@ void CommandLine::append(const QString& text, bool isFault) {
   cursor.movePosition(QTextCursor::End);
   QTextCharFormat format;
   if (isFault) format.setForeground(QColor(0xD0, 0x40, 0x30));
-  cursor.insertText(text, format);
-  m_transcript->verticalScrollBar()->setValue(m_transcript->verticalScrollBar()->maximum());
+  // The end of the last line waits for the next one: an empty line would take the place of one that says something.
+  if (std::exchange(m_isLineEnded, text.endsWith('\n'))) cursor.insertText("\n");
+  cursor.insertText(m_isLineEnded ? text.chopped(1) : text, format);
+  m_transcript->moveCursor(QTextCursor::End);
+  m_transcript->ensureCursorVisible();
 }

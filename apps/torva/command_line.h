@@ -34,6 +34,7 @@ class AnswerEdit final : public QLineEdit {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QString take();
   void enter();
   void recall(int step);
   bool isInQuotes() const { return text().count('"') % 2 == 1; }
@@ -69,6 +70,7 @@ class CommandLine final : public QWidget {
   QLabel* m_prompt;
   AnswerEdit* m_answer;
   QStringList m_names;
+  bool m_isLineEnded = false;  // the transcript's last one
   bool m_isHandingOn = false;  // a key of the window to the answer
 };
 

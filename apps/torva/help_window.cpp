@@ -14,7 +14,7 @@ constexpr std::pair<const char*, const char*> kPages[] = {
     {"-MLEDIT CT", "closed-tee.md"},   {"-MLEDIT OT", "open-tee.md"},   {"-MLEDIT MT", "merged-tee.md"},
     {"-MLEDIT CJ", "corner-joint.md"}, {"-MLEDIT AV", "add-vertex.md"}, {"-MLEDIT DV", "delete-vertex.md"},
     {"-MLEDIT CS", "cut-single.md"},   {"-MLEDIT CA", "cut-all.md"},    {"-MLEDIT WA", "weld-all.md"},
-    {"MLINE", "drawing.md"},
+    {"MLINE", "drawing.md"},           {"MLSTYLE", "styles.md"},
 };
 
 QString pageOf(const QString& tool) {

@@ -5,6 +5,7 @@
 
 #include <QColorDialog>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace {
@@ -49,6 +50,10 @@ LayersPanel::LayersPanel(torva::command::Editor& editor, WindowSource& source, Q
     if (column == kName) give("Set", item->text(kName));
   });
   connect(&m_source, &WindowSource::asked, this, &LayersPanel::refresh);
+}
+
+void LayersPanel::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
 }
 
 void LayersPanel::refresh() {
@@ -105,5 +110,6 @@ bool LayersPanel::isCurrent(const QString& layer) const {
 }
 
 void LayersPanel::give(const QString& option, const QString& layer, const std::wstring& more) {
-  m_source.giveCommand(L"-LAYER " + option.toStdWString() + L" " + quoted(layer.toStdWString()) + more + L" \"\"");
+  m_source.giveCommand(L"-LAYER " + option.toStdWString() + L" " + quoted(layer.toStdWString()) + more + L" \"\"",
+                       Repeat::former);
 }

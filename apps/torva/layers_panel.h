@@ -16,6 +16,10 @@ class LayersPanel final : public QTreeWidget {
 
   enum Column { kName, kOn, kFrozen, kLocked, kColor, kColumns };
 
+ protected:
+  /// Typing anywhere goes to the command line.
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void refresh();
   void addRow(const torva::db::LayerData& layer, bool isCurrent);

@@ -2,7 +2,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "answers.h"
 #include "command_line.h"
 #include "main_window.h"
 #include "runtime/host.h"
@@ -55,10 +54,7 @@ ExitStatus run(const Arguments& arguments) {
   }
   MainWindow window(**host, source, commandLine);
   window.show();
-  if (!arguments.drawing.empty()) {
-    source.answer(L"OPEN " + quoted(QString::fromStdString(arguments.drawing).toStdWString()));
-    source.answer(L"ZOOM E");
-  }
+  if (!arguments.drawing.empty()) window.openFirst(QString::fromStdString(arguments.drawing));
   (*host)->editor().run(source, OnFault::goOn);
   window.keepLook();
   (*host)->stop();
@@ -74,7 +70,6 @@ int main(int argc, char** argv) {
   // Qt takes its own options away first.
   QApplication application(argc, argv);
   application.setApplicationName("torva");
-  application.setApplicationDisplayName("TORVA multilines");
   application.setQuitOnLastWindowClosed(false);
   if (const auto status = parse(argc, argv, arguments)) return *status;
   return run(arguments);

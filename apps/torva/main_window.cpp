@@ -1,5 +1,7 @@
 #include "main_window.h"
 
+#include <algorithm>
+
 #include "answers.h"
 #include "base/text.h"
 #include "command/variable_access.h"
@@ -18,7 +20,6 @@
 #include <QDateTime>
 #include <QDockWidget>
 #include <QDragEnterEvent>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
@@ -29,12 +30,13 @@
 #include <QTimer>
 
 using torva::command::Fault;
+using torva::command::FileUse;
 
 namespace {
 
 constexpr char kSection[] = "Window";
 constexpr QSize kFirstSize(1280, 860);
-constexpr char kDrawings[] = "Drawings (*.dxf *.DXF)";
+constexpr wchar_t kDrawings[] = L"dxf";
 
 QString nameOf(const torva::db::Database& drawing) {
   const QString path = QString::fromStdString(drawing.file().path());
@@ -83,6 +85,7 @@ MainWindow::MainWindow(torva::runtime::Host& host, WindowSource& source, Command
   connect(&m_source, &WindowSource::asked, this, [this] {
     showTitle();
     noteFile();
+    showOpened();
     // Not before the drawing is there that the program was started with: it would take the place of what is recovered.
     if (m_source.isIdle() && !std::exchange(m_hasOfferedLeft, true)) {
       QTimer::singleShot(0, this, &MainWindow::offerLeftDrawings);
@@ -114,13 +117,14 @@ void MainWindow::addPanels() {
 void MainWindow::fillMenus() {
   MenuEntries entries(*this, m_source);
   QMenu& file = entries.menu(tr("&File"));
-  entries.command(file, tr("&New"), L"NEW", QKeySequence::New);
+  entries.asking(
+      file, tr("&New"), L"NEW", [this] { beginNew(); }, QKeySequence::New);
   entries.asking(
       file, tr("&Open..."), L"OPEN", [this] { chooseAndOpen(); }, QKeySequence::Open);
   entries.asking(
       file, tr("&Save"), L"QSAVE", [this] { save(); }, QKeySequence::Save);
   entries.action(
-      file, tr("Save &as..."), [this] { saveAs(); }, QKeySequence::SaveAs);
+      file, tr("Save &as..."), [this] { saveAs(); }, QKeySequence("Ctrl+Shift+S"));
   file.addSeparator();
   addPlotEntries(file);
   file.addSeparator();
@@ -130,8 +134,9 @@ void MainWindow::fillMenus() {
       file, tr("E&xit"), [this] { close(); }, QKeySequence::Quit);
 
   QMenu& edit = entries.menu(tr("&Edit"));
-  entries.command(edit, tr("&Undo"), L"U", QKeySequence::Undo);
-  entries.command(edit, tr("&Redo"), L"REDO", QKeySequence::Redo);
+  entries.asking(
+      edit, tr("&Undo"), L"U", [this] { undo(); }, QKeySequence::Undo);
+  entries.command(edit, tr("&Redo"), L"REDO").setShortcuts({QKeySequence::Redo, QKeySequence("Ctrl+Y")});
   edit.addSeparator();
   entries.command(edit, tr("&Erase"), L"ERASE", QKeySequence::Delete);
   entries.command(edit, tr("&Move"), L"MOVE");
@@ -144,6 +149,8 @@ void MainWindow::fillMenus() {
   entries.command(view, tr("Zoom &window"), L"ZOOM W");
   view.addSeparator();
   addLookEntries(view);
+  view.addSeparator();
+  for (QDockWidget* dock : findChildren<QDockWidget*>()) view.addAction(dock->toggleViewAction());
 
   QMenu& draw = entries.menu(tr("&Draw"));
   entries.command(draw, tr("&Multiline"), L"MLINE");
@@ -182,7 +189,8 @@ void MainWindow::addLookEntries(QMenu& menu) {
   dark->setObjectName("darkBackground");
   dark->setCheckable(true);
   connect(dark, &QAction::toggled, this, [this](bool isDark) { setGround(isDark ? Ground::dark : Ground::light); });
-  auto* weights = menu.addAction(tr("Line &weights"));
+  auto* weights = menu.addAction(tr("Line w&eights"));
+  weights->setObjectName("lineWeights");
   weights->setCheckable(true);
   connect(weights, &QAction::toggled, m_canvas, &Canvas::setShowsLineweights);
 }
@@ -197,6 +205,7 @@ void MainWindow::restoreLook() {
   auto* dark = findChild<QAction*>("darkBackground");
   dark->setChecked(m_host.profile().integer(kSection, "DarkBackground").value_or(1) != 0);
   setGround(dark->isChecked() ? Ground::dark : Ground::light);
+  findChild<QAction*>("lineWeights")->setChecked(m_host.profile().integer(kSection, "LineWeights").value_or(0) != 0);
 }
 
 void MainWindow::keepLook() {
@@ -204,9 +213,11 @@ void MainWindow::keepLook() {
   const auto keep = [&](const char* key, const QByteArray& bytes) {
     return profile.setText(kSection, key, QString::fromLatin1(bytes.toBase64()).toStdWString()).has_value();
   };
-  const bool isDark = findChild<QAction*>("darkBackground")->isChecked();
+  const auto keepMark = [&](const char* key, const char* action) {
+    return profile.setInteger(kSection, key, findChild<QAction*>(action)->isChecked() ? 1 : 0).has_value();
+  };
   const bool isKept = keep("Geometry", saveGeometry()) && keep("State", saveState()) &&
-                      profile.setInteger(kSection, "DarkBackground", isDark ? 1 : 0).has_value();
+                      keepMark("DarkBackground", "darkBackground") && keepMark("LineWeights", "lineWeights");
   if (!isKept) m_editor.print(L"The window's look cannot be kept.");
 }
 
@@ -224,11 +235,46 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
   m_commandLine->takeKey(event);
 }
 
+/// Where a command offers to take its last step back, that is meant; else the last command.
+void MainWindow::undo() {
+  const auto* question = m_source.question();
+  if (!question) return;
+  const std::wstring keyword = L"Undo";
+  if (std::ranges::find(question->keywords, keyword) != question->keywords.end()) return m_source.answer(keyword);
+  m_source.giveCommand(L"U", Repeat::former);
+}
+
 // Files.
 
+void MainWindow::beginNew() {
+  if (!mayLeaveDrawing()) return;
+  m_source.giveCommand(m_editor.hasUnsavedChanges() ? L"NEW Yes" : L"NEW");
+}
+
 void MainWindow::chooseAndOpen() {
-  const QString path = QFileDialog::getOpenFileName(this, tr("Open a drawing"), {}, kDrawings);
-  if (!path.isEmpty()) open(path);
+  const auto path = torva::dialog::chooseFile({L"Open a drawing", ownFolder(), kDrawings, FileUse::read});
+  if (path) open(QString::fromStdWString(*path));
+}
+
+/// The folder of the drawing, with '/' at its end; empty when it has none.
+std::wstring MainWindow::ownFolder() const {
+  const std::string& path = m_editor.database().file().path();
+  return path.empty() ? std::wstring() : QFileInfo(QString::fromStdString(path)).absolutePath().toStdWString() + L'/';
+}
+
+/// Asks for a file to write; nothing when the user would rather not, or not replace the one that is there.
+std::optional<QString> MainWindow::fileToWrite(const QString& title, const QString& ending) {
+  const std::string& own = m_editor.database().file().path();
+  const QString base = own.empty() ? QString("drawing") : QFileInfo(QString::fromStdString(own)).completeBaseName();
+  const std::wstring start = ownFolder() + (base + '.' + ending).toStdWString();
+  const auto path = torva::dialog::chooseFile({title.toStdWString(), start, ending.toStdWString(), FileUse::write});
+  if (!path) return std::nullopt;
+  const QString chosen = QString::fromStdWString(*path);
+  const QString question = tr("Replace %1?").arg(chosen);
+  const bool isReplaced =
+      QFileInfo::exists(chosen) &&
+      torva::dialog::showMessage(this, question.toStdWString(), L"TORVA multilines", MB_YESNO | MB_ICONQUESTION) != IDYES;
+  return isReplaced ? std::nullopt : std::optional(chosen);
 }
 
 void MainWindow::open(const QString& path) {
@@ -237,23 +283,34 @@ void MainWindow::open(const QString& path) {
   m_source.giveCommand((isDiscarded ? L"OPEN Yes " : L"OPEN ") + quoted(path.toStdWString()));
 }
 
+void MainWindow::openFirst(const QString& path) {
+  m_showsWhole = true;
+  m_source.answer(L"OPEN " + quoted(path.toStdWString()));
+}
+
+/// Shows the whole drawing that the program was started with, if it was opened.
+void MainWindow::showOpened() {
+  if (!m_source.isIdle() || !std::exchange(m_showsWhole, false)) return;
+  if (!m_editor.hasOpeningFailed()) m_source.giveCommand(L"ZOOM E", Repeat::former);
+}
+
 void MainWindow::save() {
   if (m_editor.database().file().path().empty()) return saveAs();
   m_source.giveCommand(L"QSAVE");
 }
 
 void MainWindow::saveAs() {
-  const QString path = QFileDialog::getSaveFileName(this, tr("Save the drawing as"), {}, kDrawings);
-  if (path.isEmpty()) return;
-  // The chooser has asked already whether a file is to be replaced; the command asks for any but the drawing's own.
-  const QFileInfo chosen(path), own(QString::fromStdString(m_editor.database().file().path()));
+  const auto path = fileToWrite(tr("Save the drawing as"), "dxf");
+  if (!path) return;
+  // The user was asked already whether a file is to be replaced; the command asks for any but the drawing's own.
+  const QFileInfo chosen(*path), own(QString::fromStdString(m_editor.database().file().path()));
   const bool isAsked = chosen.exists() && chosen != own;
-  m_source.giveCommand(L"SAVEAS " + quoted(path.toStdWString()) + (isAsked ? L" Yes" : L""));
+  m_source.giveCommand(L"SAVEAS " + quoted(path->toStdWString()) + (isAsked ? L" Yes" : L""));
 }
 
 bool MainWindow::saveNow() {
   std::string path = m_editor.database().file().path();
-  if (path.empty()) path = QFileDialog::getSaveFileName(this, tr("Save the drawing as"), {}, kDrawings).toStdString();
+  if (path.empty()) path = fileToWrite(tr("Save the drawing as"), "dxf").value_or(QString()).toStdString();
   if (path.empty()) return false;
   const auto saved = m_host.saveDrawing(path);
   if (saved) return true;
@@ -288,7 +345,7 @@ void MainWindow::fillRecentFiles(QMenu& menu) {
     menu.clear();
     for (const std::string& path : m_recentFiles.list()) {
       const QString name = QString::fromStdString(path);
-      connect(menu.addAction(name), &QAction::triggered, this, [this, name] { open(name); });
+      connect(menu.addAction(QString(name).replace('&', "&&")), &QAction::triggered, this, [this, name] { open(name); });
     }
     if (menu.isEmpty()) menu.addAction(tr("none"))->setEnabled(false);
   });
@@ -307,7 +364,9 @@ void MainWindow::offerLeftDrawings() {
     const QString of = left.original.path.empty() ? tr("an unnamed drawing") : QString::fromStdString(left.original.path);
     const QString when = QLocale().toString(QDateTime::fromSecsSinceEpoch(left.keptAt), QLocale::ShortFormat);
     const QString question =
-        tr("TORVA multilines did not end as it should. There is an unsaved state of %1, kept on %2. Open it?").arg(of, when);
+        tr("TORVA multilines did not end as it should. There is an unsaved state of %1, kept on %2. Open it? "
+           "No throws it away.")
+            .arg(of, when);
     const int answer =
         torva::dialog::showMessage(this, question.toStdWString(), L"TORVA multilines", MB_YESNOCANCEL | MB_ICONQUESTION);
     if (answer == IDYES) return recover(left);
@@ -339,10 +398,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
 }
 
 void MainWindow::plot(const QString& ending) {
-  const QString path = QFileDialog::getSaveFileName(this, tr("Plot to"), {}, QString("*.%1").arg(ending));
-  if (path.isEmpty()) return;
-  const QString whole = QFileInfo(path).suffix().isEmpty() ? path + '.' + ending : path;
-  m_source.giveCommand(L"PLOT " + quoted(whole.toStdWString()));
+  if (const auto path = fileToWrite(tr("Plot to"), ending)) m_source.giveCommand(L"PLOT " + quoted(path->toStdWString()));
 }
 
 void MainWindow::print() {

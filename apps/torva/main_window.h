@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "autosave.h"
 #include "canvas.h"
 #include "command_line.h"
@@ -26,6 +28,8 @@ class MainWindow final : public QMainWindow {
   Canvas& canvas() { return *m_canvas; }
   /// Keeps place, size, panels and ground in the profile, for the next start.
   void keepLook();
+  /// Opens the drawing that the program is started with, and shows all of it.
+  void openFirst(const QString& path);
 
  protected:
   /// Asks what is to become of unsaved changes first.
@@ -41,7 +45,12 @@ class MainWindow final : public QMainWindow {
   void addLookEntries(QMenu& menu);
   void restoreLook();
 
+  void undo();
+  void beginNew();
   void chooseAndOpen();
+  std::wstring ownFolder() const;
+  std::optional<QString> fileToWrite(const QString& title, const QString& ending);
+  void showOpened();
   void open(const QString& path);
   void save();
   void saveAs();
@@ -73,6 +82,7 @@ class MainWindow final : public QMainWindow {
   torva::runtime::RecentFiles m_recentFiles;
   std::string m_notedPath;
   bool m_hasOfferedLeft = false;
+  bool m_showsWhole = false;  // of the drawing that is being opened
   QLabel* m_coordinates;
   HelpWindow* m_help = nullptr;
 };

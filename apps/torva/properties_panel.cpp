@@ -8,7 +8,9 @@
 
 #include <QComboBox>
 #include <QFormLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QWheelEvent>
 
 using torva::command::SelectionSummary;
 
@@ -26,6 +28,16 @@ QString fromWide(const std::optional<std::wstring>& text) {
 QString number(double value) {
   return QString::number(value, 'g', 10);
 }
+
+/// A choice by the mouse: keys go on to the command line, and the wheel scrolls nothing.
+class MouseChoice final : public QComboBox {
+ public:
+  explicit MouseChoice(QWidget* parent) : QComboBox(parent) { setFocusPolicy(Qt::ClickFocus); }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override { event->ignore(); }
+  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
 
 /// A color is shown with its name, and typed by the number in front of it.
 std::wstring typed(const QString& shown) {
@@ -53,14 +65,14 @@ PropertiesPanel::PropertiesPanel(torva::command::Editor& editor, WindowSource& s
 
 QComboBox* PropertiesPanel::addChoice(QFormLayout& rows, const QString& title, const char* objectName,
                                       const std::wstring& property) {
-  auto* choice = new QComboBox(this);
+  auto* choice = new MouseChoice(this);
   choice->setObjectName(objectName);
-  choice->setFocusPolicy(Qt::ClickFocus);
   rows.addRow(title, choice);
   connect(choice, &QComboBox::textActivated, this, [this, property, isColor = property == L"Color"](const QString& value) {
     const std::wstring answer = isColor ? typed(value) : value.toStdWString();
+    if (value == kVaries) return;
     m_changed = m_editor.pickedFirst();
-    m_source.giveCommand(L"CHPROP " + property + L" " + quoted(answer) + L" \"\"");
+    m_source.giveCommand(L"CHPROP " + property + L" " + quoted(answer) + L" \"\"", Repeat::former);
   });
   return choice;
 }

@@ -16,11 +16,11 @@ InputSource::Line WindowSource::next(const Question& question) {
 
 InputSource::Line WindowSource::take(Question::Kind kind) {
   if (m_isClosed) return {kind == Question::Kind::command ? Kind::end : Kind::interrupt};
-  Line line = std::move(m_lines.front());
+  auto [line, repeat] = std::move(m_lines.front());
   m_lines.pop_front();
   if (kind != Question::Kind::command || line.kind != Kind::line) return line;
   if (line.text.empty()) line.text = m_lastCommand;
-  m_lastCommand = line.text.substr(0, line.text.find(L' '));
+  if (repeat == Repeat::it) m_lastCommand = line.text.substr(0, line.text.find(L' '));
   return line;
 }
 
@@ -29,16 +29,16 @@ bool WindowSource::isAtCommandPrompt() const {
 }
 
 void WindowSource::answer(std::wstring line) {
-  put({Kind::line, std::move(line)});
+  put({{Kind::line, std::move(line)}});
 }
 
 void WindowSource::cancel() {
-  put({Kind::interrupt});
+  put({{Kind::interrupt}});
 }
 
-void WindowSource::giveCommand(const std::wstring& line) {
+void WindowSource::giveCommand(const std::wstring& line, Repeat repeat) {
   if (!isAtCommandPrompt()) cancel();
-  answer(line);
+  put({{Kind::line, line}, repeat});
 }
 
 void WindowSource::close() {
@@ -46,7 +46,7 @@ void WindowSource::close() {
   m_loop.quit();
 }
 
-void WindowSource::put(Line line) {
-  m_lines.push_back(std::move(line));
+void WindowSource::put(Given given) {
+  m_lines.push_back(std::move(given));
   m_loop.quit();
 }

@@ -8,6 +8,9 @@
 #include <QEventLoop>
 #include <QObject>
 
+/// Which command Enter repeats after one that was given.
+enum class Repeat { it, former };
+
 /// Answers that come from the window. A question is shown by whoever listens to asked(); until it is answered the event loop
 /// runs. Whatever the user does becomes a line of text here.
 class WindowSource final : public QObject, public torva::command::InputSource {
@@ -29,7 +32,7 @@ class WindowSource final : public QObject, public torva::command::InputSource {
   /// Cancels the running command.
   void cancel();
   /// Gives a command, with answers behind it, after cancelling the one that asks.
-  void giveCommand(const std::wstring& line);
+  void giveCommand(const std::wstring& line, Repeat repeat = Repeat::it);
   /// Ends the input: a running command is cancelled, and nothing more is asked.
   void close();
 
@@ -39,11 +42,15 @@ class WindowSource final : public QObject, public torva::command::InputSource {
   void answered();
 
  private:
-  void put(Line line);
+  struct Given {
+    Line line;
+    Repeat repeat = Repeat::it;
+  };
+  void put(Given given);
   Line take(torva::command::Question::Kind kind);
 
   const torva::command::Question* m_question = nullptr;
-  std::deque<Line> m_lines;
+  std::deque<Given> m_lines;
   QEventLoop m_loop;
   std::wstring m_lastCommand;
   bool m_isClosed = false;

@@ -134,6 +134,7 @@ Fault Editor::run(InputSource& source, OnFault onFault) {
     const Answer answer = m_session->ask({Question::Kind::command, L"Command: "});
     if (answer.kind == Answer::Kind::text) execute(answer.text);
     if (m_session->input.hasEnded) break;
+    if (answer.kind == Answer::Kind::cancel) setPickedFirst({});
     if (m_session->input.fault != Fault::none && onFault == OnFault::stop) break;
   }
   return std::exchange(m_session->input, std::move(outer)).fault;

@@ -135,6 +135,8 @@ class TORVA_API Editor {
   void setPickedFirst(std::vector<dxf::RecordId> entities);
   /// Gives them to the running command; none the second time.
   std::vector<dxf::RecordId> takePickedFirst();
+  /// Makes what the running command has been given so far seen as pickedFirst(); forgotten when it ends.
+  void showTaken(std::vector<dxf::RecordId> entities);
   /// What the last command that asked for a selection was given; kept until the drawing is replaced.
   std::vector<KdDbObjectId>& previousSelection();
 

@@ -199,6 +199,10 @@ std::vector<dxf::RecordId> Editor::takePickedFirst() {
   return pickedFirst();
 }
 
+void Editor::showTaken(std::vector<dxf::RecordId> entities) {
+  m_session->pickedFirst = {std::move(entities), true};
+}
+
 std::vector<KdDbObjectId>& Editor::previousSelection() {
   return m_session->previousSelection;
 }

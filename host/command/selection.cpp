@@ -120,6 +120,7 @@ class Selecting {
     const bool hadSome = !m_chosen.empty();
     std::size_t changed = 0;
     for (const dxf::RecordId record : found) changed += m_takesOut ? m_chosen.erase(record) : m_chosen.insert(record).second;
+    m_editor.showTaken({m_chosen.begin(), m_chosen.end()});
     std::wstring text = std::to_wstring(found.size()) + L" found";
     if (m_takesOut) {
       text += L", " + std::to_wstring(changed) + L" removed";

@@ -11,12 +11,15 @@
 #include <kdrx/ui.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QCompleter>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QToolBar>
 #include <QTreeWidget>
+#include <QWheelEvent>
 
 namespace {
 
@@ -134,6 +137,53 @@ TEST_F(Window, anEmptyAnswerLineLeavesUndoAndErasingToTheDrawing) {
     EXPECT_EQ(takes(Qt::Key_Z, Qt::ControlModifier), !isEmpty);
     EXPECT_EQ(takes(Qt::Key_Delete, Qt::NoModifier), !isEmpty);
   }
+}
+
+TEST_F(Window, completionsGoWithTheAnswer) {
+  auto* answer = window->findChild<QLineEdit*>("answer");
+  const auto expectPopup = [answer](bool isSeen) {
+    return [=] { EXPECT_EQ(answer->completer()->popup()->isVisible(), isSeen) << answer->text().toStdString(); };
+  };
+  const auto type = [answer](const QString& text) { return [=] { QTest::keyClicks(answer, text); }; };
+  run({type("lin"), expectPopup(true), [&] { QTest::keyClick(answer->completer()->popup(), Qt::Key_Escape); },
+       expectPopup(false), key(Qt::Key_Escape), type("LINE"), [&] { QTest::keyClick(answer, Qt::Key_Return); },
+       expectPopup(false), [this] { EXPECT_EQ(editor().runningTool(), L"LINE"); }, key(Qt::Key_Escape)});
+}
+
+TEST_F(Window, whatIsChosenIsSeenUntilTheCommandEndsOrEscape) {
+  openSample("closed-cross.dxf");
+  const auto expectChosen = [this](std::size_t count) {
+    return [=, this] { EXPECT_EQ(editor().pickedFirst().size(), count); };
+  };
+  run({zoomExtents(), click(kFirstX, kFirstY), expectChosen(1), key(Qt::Key_Escape), expectChosen(0), give(L"ERASE"),
+       click(kFirstX, kFirstY), expectChosen(1), click(kSecondX, kSecondY), expectChosen(2), key(Qt::Key_Escape),
+       expectChosen(0), expectChanged(false),
+       // The first corner of a window stays where it is in the drawing.
+       click(2300, 1300), [this] { editor().view().set(editor().view().centerDcs(), editor().view().height() * 3); },
+       click(1200, 1100), expectChosen(1)});
+}
+
+TEST_F(Window, undoTakesBackTheStepThatTheCommandOffersTo) {
+  const auto undo = [this] { window->findChild<QAction*>("U")->trigger(); };
+  run({give(L"LINE 0,0 10,0 20,0"), undo, [this] { EXPECT_EQ(editor().runningTool(), L"LINE"); }, give(L""), undo});
+  EXPECT_THAT(transcript().toStdString(), HasSubstr(": Undo"));
+}
+
+TEST_F(Window, keysAndTheWheelOnAPanelChangeNothing) {
+  openSample("closed-cross.dxf");
+  auto* layer = window->findChild<QComboBox*>("layer");
+  run({zoomExtents(), click(kFirstX, kFirstY),
+       [&] {
+         layer->setFocus();
+         QTest::keyClicks(layer, "0");
+         QWheelEvent wheel(QPointF(5, 5), QPointF(layer->mapToGlobal(QPoint(5, 5))), {}, {0, -120}, Qt::NoButton, {},
+                           Qt::NoScrollPhase, false);
+         QApplication::sendEvent(layer, &wheel);
+         emit layer->textActivated("(varies)");
+         EXPECT_EQ(window->findChild<QLineEdit*>("answer")->text(), "0");
+       },
+       expectKind(Question::Kind::command), expectChanged(false)});
+  EXPECT_EQ(faults, "");
 }
 
 TEST_F(Window, aPropertyIsChangedAndTheSelectionStays) {
