@@ -271,10 +271,10 @@ std::optional<QString> MainWindow::fileToWrite(const QString& title, const QStri
   if (!path) return std::nullopt;
   const QString chosen = QString::fromStdWString(*path);
   const QString question = tr("Replace %1?").arg(chosen);
-  const bool isReplaced =
+  const bool isKept =
       QFileInfo::exists(chosen) &&
       torva::dialog::showMessage(this, question.toStdWString(), L"TORVA multilines", MB_YESNO | MB_ICONQUESTION) != IDYES;
-  return isReplaced ? std::nullopt : std::optional(chosen);
+  return isKept ? std::nullopt : std::optional(chosen);
 }
 
 void MainWindow::open(const QString& path) {
