@@ -24,7 +24,7 @@ QString fromWide(std::wstring_view text) {
 }
 
 bool isKeyword(const Question& question, const QString& word) {
-  for (const std::wstring& keyword : question.keywords) {
+  for (const std::wstring& keyword : question.keywords.names()) {
     if (fromWide(keyword).compare(word, Qt::CaseInsensitive) == 0) return true;
   }
   return false;
@@ -150,7 +150,7 @@ void CommandLine::show(const Question& question) {
   m_prompt->setText(promptWithLinks(question));
   m_answer->setTakesBlanks(question.kind == Question::Kind::text);
   QStringList words;
-  for (const std::wstring& keyword : question.keywords) words << fromWide(keyword);
+  for (const std::wstring& keyword : question.keywords.names()) words << fromWide(keyword);
   m_answer->setCompletions(question.kind == Question::Kind::command ? m_names : words);
 }
 

@@ -240,7 +240,8 @@ void MainWindow::undo() {
   const auto* question = m_source.question();
   if (!question) return;
   const std::wstring keyword = L"Undo";
-  if (std::ranges::find(question->keywords, keyword) != question->keywords.end()) return m_source.answer(keyword);
+  const std::vector<std::wstring>& names = question->keywords.names();
+  if (std::ranges::find(names, keyword) != names.end()) return m_source.answer(keyword);
   m_source.giveCommand(L"U", Repeat::former);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <locale.h>
+#include <type_traits>
 #include <wctype.h>
 
 namespace torva {
@@ -58,12 +59,24 @@ void appendUtf8(std::string& out, std::uint32_t c) {
   }
 }
 
-wchar_t upperCase(wchar_t c) {
-  if (c >= L'a' && c <= L'z') return static_cast<wchar_t>(c - L'a' + L'A');
-  if (c < 0x80) return c;
+/// Not among what is called for every character.
+[[gnu::noinline]] wchar_t upperCaseBeyondAscii(wchar_t c) {
   // The program's own locale must not decide which names are equal.
   static const locale_t kLocale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   return kLocale == nullptr ? c : static_cast<wchar_t>(towupper_l(static_cast<wint_t>(c), kLocale));
+}
+
+wchar_t upperCase(wchar_t c) {
+  if (c >= L'a' && c <= L'z') return static_cast<wchar_t>(c - L'a' + L'A');
+  return c < 0x80 ? c : upperCaseBeyondAscii(c);
+}
+
+/// Looks at all characters whatever the first ones are, many at a time.
+template <class Character>
+bool isAscii(std::basic_string_view<Character> text) {
+  std::make_unsigned_t<Character> all = 0;
+  for (const Character c : text) all |= static_cast<std::make_unsigned_t<Character>>(c);
+  return all < 0x80;
 }
 
 char asciiUpperCase(char c) {
@@ -82,6 +95,7 @@ bool isUtf8(std::string_view text) {
 }
 
 std::wstring wideFromUtf8(std::string_view text) {
+  if (isAscii(text)) return {text.begin(), text.end()};
   std::wstring wide;
   wide.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
@@ -93,9 +107,10 @@ std::wstring wideFromUtf8(std::string_view text) {
 }
 
 std::string utf8FromWide(std::wstring_view text) {
-  const auto ascii = std::find_if_not(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
-  std::string bytes(text.begin(), ascii);
-  for (const wchar_t c : text.substr(bytes.size())) {
+  if (isAscii(text)) return {text.begin(), text.end()};
+  std::string bytes;
+  bytes.reserve(text.size());
+  for (const wchar_t c : text) {
     if (const auto raw = rawByte(c)) {
       bytes += *raw;
     } else {
@@ -116,8 +131,12 @@ std::optional<char> rawByte(wchar_t character) {
 }
 
 bool equalsIgnoringCase(std::wstring_view a, std::wstring_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](wchar_t x, wchar_t y) { return x == y || upperCase(x) == upperCase(y); });
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    const bool mayDifferInCase = (a[i] ^ b[i]) == (L'a' ^ L'A') || (a[i] | b[i]) >= 0x80;
+    if (a[i] != b[i] && !(mayDifferInCase && upperCase(a[i]) == upperCase(b[i]))) return false;
+  }
+  return true;
 }
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b) {

@@ -28,15 +28,15 @@ AnswerLine::AnswerLine(std::wstring text) : m_text(std::move(text)), m_isExhaust
 Answer AnswerLine::next() {
   m_isFresh = false;
   if (m_position < m_text.size() && m_text[m_position] == L'"') return quoted();
-  std::wstring text;
-  while (m_position < m_text.size() && !isBlank(m_text[m_position])) {
+  const std::size_t start = m_position;
+  for (; m_position < m_text.size() && !isBlank(m_text[m_position]); ++m_position) {
     if (const std::size_t length = cancelLength(m_position)) {
       m_position += length;
       skipBlanks();
       return {Answer::Kind::cancel};
     }
-    text += m_text[m_position++];
   }
+  std::wstring text = m_text.substr(start, m_position - start);
   skipBlanks();
   return textOrEmpty(std::move(text));
 }

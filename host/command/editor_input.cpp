@@ -29,9 +29,9 @@ std::optional<int> accepted(Number number, int flags) {
 
 int Editor::initGet(int flags, const wchar_t* keywords) {
   m_session->restrictions = {};
-  auto parsed = Keywords::parse(keywords ? keywords : L"");
-  if (!parsed) return kKdInputError;
-  m_session->restrictions = {flags, std::move(*parsed)};
+  const Keywords* const read = m_session->keywordsOf(keywords ? keywords : L"");
+  if (!read) return kKdInputError;
+  m_session->restrictions = {flags, *read};
   return kKdInputNormal;
 }
 

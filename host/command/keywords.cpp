@@ -31,6 +31,7 @@ bool beginsWith(std::wstring_view name, std::wstring_view beginning) {
 
 std::optional<Keywords> Keywords::parse(std::wstring_view list) {
   Keywords keywords;
+  keywords.m_names.reserve(static_cast<std::size_t>(std::count(list.begin(), list.end(), L' ')) + 1);
   for (std::size_t begin = 0; begin < list.size();) {
     const std::size_t end = std::min(list.find(L' ', begin), list.size());
     std::wstring name(list.substr(begin, end - begin));

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "command/keywords.h"
 #include "draw/display_list.h"
 #include "dxf/record.h"
 
@@ -39,9 +39,9 @@ struct Question {
     text,  ///< A text with its blanks.
   };
   Kind kind = Kind::command;
-  std::wstring prompt = {};
-  std::vector<std::wstring> keywords = {};  ///< Answers offered, in their full spelling.
-  std::optional<KdGePoint3d> base = {};     ///< Where the rubber band starts, user coordinates.
+  std::wstring prompt = {};              ///< Without line ends in front.
+  Keywords keywords = {};                ///< Answers offered.
+  std::optional<KdGePoint3d> base = {};  ///< Where the rubber band starts, user coordinates.
   Preview preview = {};
 };
 

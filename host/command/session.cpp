@@ -16,12 +16,6 @@ bool isControl(wchar_t c) {
   return c < L' ' || (c >= 0x7F && c < 0xA0);
 }
 
-/// Prompts may begin with line ends, as on a command line where nobody keeps the column; here they always start a line.
-std::wstring_view withoutLineEnds(std::wstring_view prompt) {
-  const std::size_t start = prompt.find_first_not_of(L"\r\n");
-  return start == std::wstring_view::npos ? std::wstring_view() : prompt.substr(start);
-}
-
 }  // namespace
 
 std::wstring inQuotes(std::wstring_view text) {
@@ -31,12 +25,17 @@ std::wstring inQuotes(std::wstring_view text) {
   return L'"' + shown + L'"';
 }
 
+const Keywords* Editor::Session::keywordsOf(std::wstring_view list) {
+  const auto known = m_keywords.find(list);
+  if (known != m_keywords.end()) return &known->second;
+  auto read = Keywords::parse(list);
+  return read ? &m_keywords.emplace(list, std::move(*read)).first->second : nullptr;
+}
+
 Answer Editor::Session::ask(const Question& question) {
   while (input.line.isExhausted()) {
     if (!input.source || input.hasEnded) return {Answer::Kind::cancel};
-    Question shown = question;
-    shown.prompt = withoutLineEnds(question.prompt);
-    takeLine(input.source->next(shown), question.prompt);
+    takeLine(input.source->next(question), question.prompt);
   }
   const bool wasTypedAtPrompt = input.line.isFresh() && !input.source->echoes();
   Answer answer = question.kind == Question::Kind::text ? input.line.rest() : input.line.next();
@@ -78,10 +77,7 @@ void Editor::Session::endOfInput(const std::wstring& prompt) {
 }
 
 void Editor::Session::echo(std::wstring_view prompt, const Answer& answer) {
-  std::wstring line(withoutLineEnds(prompt));
-  if (answer.kind == Answer::Kind::text) line += answer.text;
-  if (answer.kind == Answer::Kind::cancel) line += L"*Cancel*";
-  writeLine(line);
+  writeLine(prompt, answer.kind == Answer::Kind::cancel ? L"*Cancel*" : std::wstring_view(answer.text));
 }
 
 void Editor::Session::refuse(const std::wstring& answer, std::wstring_view expected, const Keywords& keywords) {
@@ -96,11 +92,20 @@ void Editor::Session::write(std::wstring_view text) {
   m_isAtLineStart = text.back() == L'\n';
 }
 
-void Editor::Session::writeLine(std::wstring_view text) {
-  std::wstring line = m_isAtLineStart ? L"" : L"\n";
-  line += text;
+void Editor::Session::writeLine(std::wstring_view text, std::wstring_view more) {
+  std::wstring line;
+  line.reserve(text.size() + more.size() + 2);
+  if (!m_isAtLineStart) line += L'\n';
+  line.append(text).append(more);
   if (line.empty() || line.back() != L'\n') line += L'\n';
   write(line);
+}
+
+void Editor::Session::show(Question& question, Restrictions& now) {
+  // On other command lines, where nobody keeps the column, prompts begin with line ends; here they always start a line.
+  question.prompt.erase(0, std::min(question.prompt.find_first_not_of(L"\r\n"), question.prompt.size()));
+  question.keywords = std::move(now.keywords);
+  question.preview = std::move(now.preview);
 }
 
 void Editor::Session::report(const std::string& text, Fault fault) {

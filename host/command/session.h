@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -45,6 +47,10 @@ class TORVA_INTERNAL Editor::Session {
   };
   Restrictions restrictions;
 
+  /// The keywords of a list; null when it cannot be read. Commands offer the same few lists again and again, which are read
+  /// once.
+  const Keywords* keywordsOf(std::wstring_view list);
+
   std::wstring lastKeyword;
   UserPlaneReader userPlane;
   std::vector<KdDbObjectId> previousSelection;
@@ -73,11 +79,13 @@ class TORVA_INTERNAL Editor::Session {
   int request(Question question, Accept accept);
 
   void write(std::wstring_view text);
-  /// Writes on a line of its own.
-  void writeLine(std::wstring_view text);
+  /// Writes on a line of its own, both texts as one.
+  void writeLine(std::wstring_view text, std::wstring_view more = {});
   void report(const std::string& text, Fault fault);
 
  private:
+  /// Makes the question what a source of answers is shown.
+  static void show(Question& question, Restrictions& now);
   /// An interrupt counts as a line that says ^C.
   void takeLine(InputSource::Line line, const std::wstring& prompt);
   void endOfInput(const std::wstring& prompt);
@@ -86,6 +94,7 @@ class TORVA_INTERNAL Editor::Session {
 
   std::function<void(std::wstring_view)> m_print;
   std::function<void(const std::string&)> m_report;
+  std::map<std::wstring, Keywords, std::less<>> m_keywords;  // by their lists
   bool m_isAtLineStart = true;
 };
 
@@ -94,22 +103,21 @@ std::wstring inQuotes(std::wstring_view text);
 
 template <class Accept>
 int Editor::Session::request(Question question, Accept accept) {
-  const Restrictions now = std::exchange(restrictions, {});
-  question.keywords = now.keywords.names();
-  question.preview = now.preview;
+  Restrictions now = std::exchange(restrictions, {});
+  show(question, now);
   lastKeyword.clear();
   for (;;) {
     const Answer answer = ask(question);
     if (answer.kind == Answer::Kind::cancel) return kKdInputCancel;
     if (answer.kind == Answer::Kind::empty) {
       if (!(now.flags & kKdNoEmptyAnswer)) return kKdInputNone;
-    } else if (const std::wstring* keyword = now.keywords.match(answer.text)) {
+    } else if (const std::wstring* keyword = question.keywords.match(answer.text)) {
       lastKeyword = *keyword;
       return kKdInputKeyword;
     } else if (const std::optional<int> status = accept(answer.text, now.flags)) {
       return *status;
     }
-    refuse(answer.text, expectedAnswer(question.kind), now.keywords);
+    refuse(answer.text, expectedAnswer(question.kind), question.keywords);
   }
 }
 

@@ -101,6 +101,10 @@ bool isSame(const VariableValue& a, const VariableValue& b) {
   return std::get<int>(a) == std::get<int>(b);
 }
 
+std::size_t placeOf(const VariableInfo& variable) {
+  return static_cast<std::size_t>(&variable - systemVariables().data());
+}
+
 std::wstring fileName(const std::string& path) {
   return wideFromUtf8(path.substr(path.rfind('/') + 1));
 }
@@ -127,7 +131,9 @@ std::optional<VariableValue> derived(const VariableInfo& variable, const SystemV
 
 }  // namespace
 
-SystemVariables::SystemVariables(Database* drawing) : m_drawing(drawing) {}
+SystemVariables::SystemVariables(Database* drawing) : m_drawing(drawing) {
+  for (const VariableInfo& variable : systemVariables()) m_values.push_back(variable.first);
+}
 
 void SystemVariables::setDrawing(Database* drawing) {
   m_drawing = drawing;
@@ -142,8 +148,7 @@ Result<VariableValue> SystemVariables::get(std::wstring_view name) const {
     if (!m_drawing) return variable->first;
     return readHeaderValue(m_drawing->file(), *variable).value_or(variable->first);
   }
-  const auto found = m_values.find(variable->name);
-  return found == m_values.end() ? variable->first : found->second;
+  return m_values[placeOf(*variable)];
 }
 
 Result<void> SystemVariables::set(std::wstring_view name, const VariableValue& value) {
@@ -156,7 +161,7 @@ Result<void> SystemVariables::set(std::wstring_view name, const VariableValue& v
   if (!own) return tl::unexpected(own.error());
   if (auto checked = check(*variable, *own, m_drawing); !checked) return checked;
   if (variable->home != VariableHome::drawing) {
-    m_values.insert_or_assign(std::wstring(variable->name), *own);
+    m_values[placeOf(*variable)] = *own;
     return {};
   }
   if (!m_drawing)
@@ -181,7 +186,7 @@ Result<void> SystemVariables::keepInDrawing(const VariableInfo& variable, const 
 void SystemVariables::setInternally(std::wstring_view name, const VariableValue& value) {
   const VariableInfo& variable = *findVariable(name);
   if (variable.home != VariableHome::drawing) {
-    m_values.insert_or_assign(std::wstring(variable.name), value);
+    m_values[placeOf(variable)] = value;
   } else if (m_drawing && !isSame(get(name).value(), value)) {
     // Without a header there is nothing to keep it in, and the first value holds on.
     (void)writeHeaderValue(*m_drawing, variable, value);

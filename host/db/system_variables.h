@@ -50,8 +50,8 @@ class TORVA_API SystemVariables {
   Result<void> keepInDrawing(const VariableInfo& variable, const VariableValue& value);
 
   Database* m_drawing;
-  std::set<std::wstring_view> m_added;                          // to the drawing's header, which did not have them
-  std::map<std::wstring, VariableValue, std::less<>> m_values;  // by upper-case name: profile and session
+  std::set<std::wstring_view> m_added;  // to the drawing's header, which did not have them
+  std::vector<VariableValue> m_values;  // in the order of all variables; of profile and session it is the value
 };
 
 }  // namespace torva::db

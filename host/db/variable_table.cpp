@@ -60,6 +60,11 @@ const std::vector<VariableInfo>& table() {
   return variables;
 }
 
+const VariableInfo* findCapitals(std::wstring_view name) {
+  const auto found = std::ranges::lower_bound(table(), name, {}, &VariableInfo::name);
+  return found != table().end() && found->name == name ? &*found : nullptr;
+}
+
 }  // namespace
 
 std::span<const VariableInfo> systemVariables() {
@@ -67,9 +72,9 @@ std::span<const VariableInfo> systemVariables() {
 }
 
 const VariableInfo* findVariable(std::wstring_view name) {
-  const std::wstring upper = upperCase(name);
-  const auto found = std::ranges::lower_bound(table(), std::wstring_view(upper), {}, &VariableInfo::name);
-  return found != table().end() && found->name == upper ? &*found : nullptr;
+  // Programs write the names as they are, people as they like.
+  const VariableInfo* const found = findCapitals(name);
+  return found ? found : findCapitals(upperCase(name));
 }
 
 }  // namespace torva::db

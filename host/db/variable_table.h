@@ -25,7 +25,7 @@ struct VariableInfo {
   VariableNames names = VariableNames::any;
 };
 
-/// All system variables, sorted by name.
+/// All system variables, sorted by name; where they stand does not change.
 std::span<const VariableInfo> systemVariables();
 /// By name in any case; null when there is none.
 const VariableInfo* findVariable(std::wstring_view name);
