@@ -1,5 +1,6 @@
 #include "base/decimal.h"
 
+#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -7,17 +8,46 @@
 
 namespace torva {
 
+namespace {
+
+__extension__ using Wide = unsigned __int128;
+
+/// A power of ten with the highest bit set, and 2^127 over it.
+struct Divisor {
+  std::uint64_t value = 0, reciprocal = 0;
+  int shift = 0;
+};
+
+constexpr auto kDivisors = [] {
+  std::array<Divisor, kPowersOfTen.size()> divisors;
+  for (std::size_t i = 0; i < divisors.size(); ++i) {
+    const int shift = std::countl_zero(kPowersOfTen[i]);
+    const std::uint64_t value = kPowersOfTen[i] << shift;
+    divisors[i] = {value, static_cast<std::uint64_t>(((Wide{1} << 127) - 1) / value), shift};
+  }
+  return divisors;
+}();
+
+/// dividend * 2^62 / divisor, of which the last bit stands for all that follow. Both have their highest bit set, so that it
+/// has 62 bits or more.
+std::int64_t stickyQuotient(std::uint64_t dividend, const Divisor& divisor) {
+  // Too small by less than 2. That makes no difference unless a double's last bit is about to change there, which it does
+  // at multiples of 256.
+  const auto near = static_cast<std::int64_t>(Wide{dividend} * divisor.reciprocal >> 65);
+  if (((near + 1) & 0xFF) > 1) return near | 1;
+  const Wide exact = Wide{dividend} << 62;
+  const auto whole = static_cast<std::uint64_t>(exact / divisor.value);
+  const bool hasRest = exact != Wide{whole} * divisor.value;
+  return static_cast<std::int64_t>(whole | (hasRest ? 1 : 0));
+}
+
+}  // namespace
+
 double longDecimalQuotient(std::uint64_t digits, std::size_t decimals) {
-  const std::uint64_t power = kPowersOfTen[decimals];
-  // With the highest bit of both set the quotient has 62 bits or more, and its last one can stand for all that follow.
-  __extension__ using Wide = unsigned __int128;
-  const int digitsShift = std::countl_zero(digits), powerShift = std::countl_zero(power);
-  const Wide dividend = Wide{digits << digitsShift} << 62;
-  const std::uint64_t divisor = power << powerShift;
-  const auto whole = static_cast<std::int64_t>(dividend / divisor);
-  const bool hasRest = dividend != Wide{static_cast<std::uint64_t>(whole)} * divisor;
-  const auto scale = static_cast<std::uint64_t>(1023 - 62 + powerShift - digitsShift) << 52;
-  return static_cast<double>(whole | (hasRest ? 1 : 0)) * std::bit_cast<double>(scale);
+  const Divisor& divisor = kDivisors[decimals];
+  const int digitsShift = std::countl_zero(digits);
+  const auto scale = static_cast<std::uint64_t>(1023 - 62 + divisor.shift - digitsShift) << 52;
+  return static_cast<double>(stickyQuotient(digits << digitsShift, divisor)) * std::bit_cast<double>(scale);
 }
 
 const char* readDecimal(const char* begin, const char* end, double& value) {

@@ -38,7 +38,7 @@ class PointedDecimal {
     m_decimals = static_cast<unsigned>(end - point) - 1;
     if (whole - 1 >= kChunk || m_decimals - 1 >= Digits::kMost) return;
     std::uint64_t faults = 0;
-    m_whole = digitsBefore(point, whole, faults);
+    m_whole = whole == 1 ? digitBefore(point, faults) : digitsBefore(point, whole, faults);
     unsigned rest = m_decimals;
     for (const char* chunkEnd = point + 1 + kChunk; rest > kChunk; rest -= kChunk, chunkEnd += kChunk) {
       m_fraction = m_fraction * kPowersOfTen[kChunk] + digitsBefore(chunkEnd, kChunk, faults);

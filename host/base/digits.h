@@ -44,6 +44,13 @@ inline std::uint64_t digitsBefore(const char* end, unsigned count, std::uint64_t
   return eightDigits(characters);
 }
 
+/// The same for the last character alone, of which no others are read.
+inline std::uint64_t digitBefore(const char* end, std::uint64_t& faults) {
+  const auto digit = static_cast<std::uint64_t>(static_cast<unsigned char>(end[-1] - '0'));
+  faults |= digit > 9 ? 1 : 0;
+  return digit;
+}
+
 /// The digits at the front of eight characters (the first in the lowest byte), taken all at once.
 inline Digits leadingDigits(std::uint64_t characters) {
   characters ^= 0x3030303030303030u;  // a digit is 0 to 9 now, anything else more

@@ -40,9 +40,6 @@ void setFlags(MlineData& data, int flags) {
 
 }  // namespace
 
-MlineClassifier::MlineClassifier(dxf::Groups groups)
-    : m_hasMark(hasClassMark(groups)), m_part(m_hasMark ? Part::before : Part::inside) {}
-
 MlineSlot MlineClassifier::classify(const dxf::Group& group) {
   if (m_part == Part::past || m_application.contains(group)) return {};
   if (group.code == 101 || group.code >= kFirstXdataCode) {
@@ -137,7 +134,9 @@ namespace {
 class MlineReader {
  public:
   MlineReader(const dxf::DrawingFile& file, std::string_view bytes)
-      : m_file(file), m_bytes(bytes), m_classifier(file.groupsOf(bytes)), m_usualVertices(file.form(), bytes) {}
+      : m_file(file), m_bytes(bytes), m_classifier(hasClassMark(file.groupsOf(bytes))), m_usualVertices(file.form(), bytes) {
+    m_source.hasMark = m_classifier.hasMark();
+  }
 
   MlineSource read() {
     for (std::size_t place = 0; place < m_bytes.size();) place = readGroups(place);
@@ -170,12 +169,14 @@ class MlineReader {
   }
 
   std::size_t readUsualVertices(std::size_t begin) {
-    for (MlineVertex vertex;;) {
-      const std::size_t end = m_usualVertices.read(begin, vertex);
-      if (end == begin) return begin;
+    std::vector<MlineVertex>& vertices = m_source.data.vertices;
+    for (;;) {
+      const std::size_t end = m_usualVertices.read(begin, vertices.emplace_back());
+      if (end == begin) break;
       m_source.vertexBegins.push_back(std::exchange(begin, end));
-      m_source.data.vertices.push_back(std::move(vertex));
     }
+    vertices.pop_back();
+    return begin;
   }
 
   void readHeader(const MlineSlot& slot, const dxf::Group& group) {
@@ -213,7 +214,7 @@ class MlineReader {
   void reserve(std::int64_t count) {
     constexpr std::size_t kLeastVertexSize = 64;
     const std::size_t most = m_bytes.size() / kLeastVertexSize;
-    m_source.data.vertices.reserve(std::min(most, static_cast<std::size_t>(std::max<std::int64_t>(count, 0))));
+    m_source.data.vertices.reserve(std::min(most, static_cast<std::size_t>(std::max<std::int64_t>(count, 0))) + 1);
     m_source.vertexBegins.reserve(m_source.data.vertices.capacity());
   }
 

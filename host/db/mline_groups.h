@@ -43,8 +43,8 @@ struct MlineSlot {
 /// on every odd record.
 class MlineClassifier {
  public:
-  /// `groups` is the whole record: one without the class mark of multilines is taken as multiline throughout.
-  explicit MlineClassifier(dxf::Groups groups);
+  /// A record without the class mark of multilines is taken as multiline throughout.
+  explicit MlineClassifier(bool hasMark) : m_hasMark(hasMark), m_part(hasMark ? Part::before : Part::inside) {}
 
   MlineSlot classify(const dxf::Group& group);
   /// Goes on at the first vertex, behind header groups that were not looked at. Requires: nothing was classified yet.
@@ -55,6 +55,7 @@ class MlineClassifier {
   /// Index of the vertex and element that the last classified group belongs to; -1 before the first.
   int vertex() const { return m_vertex; }
   int element() const { return m_element; }
+  bool hasMark() const { return m_hasMark; }
   /// Whether the multiline part has come to its end: another class part, an embedded object or XDATA follows.
   bool isPast() const { return m_part == Part::past; }
 
@@ -75,6 +76,7 @@ class MlineClassifier {
 /// A multiline as its record has it, and what writing over that record needs to know of it.
 struct MlineSource {
   MlineData data;
+  bool hasMark = true;                    ///< The record has the class mark of multilines.
   std::bitset<64> header;                 ///< The header groups that the record has (MlineSlot::bit()).
   bool isHeaderInFront = true;            ///< None of them stands behind the first vertex.
   std::vector<std::size_t> vertexBegins;  ///< Where in the record each vertex begins, in bytes.

@@ -4,22 +4,27 @@
 
 void KdMLSegmentsBuilder::clear() {
   m_ends.clear();
-  m_values.clear();
+  m_blockUsed = m_blockBegin;
+}
+
+void KdMLSegmentsBuilder::growBlock() {
+  constexpr std::size_t kLeast = 16;
+  const std::size_t count = m_blockUsed - m_blockBegin;
+  m_blockSize = std::max({kLeast, m_valuesPerBlock, 2 * count});
+  auto block = std::make_shared_for_overwrite<double[]>(m_blockSize);
+  std::copy_n(m_block.get() + m_blockBegin, count, block.get());
+  m_block = std::move(block);
+  m_blockBegin = 0;
+  m_blockUsed = count;
 }
 
 KdMLSegments KdMLSegmentsBuilder::take() {
   if (!m_lastEnds || *m_lastEnds != m_ends) m_lastEnds = std::make_shared<const KdMLSegments::Ends>(m_ends);
-  if (m_blockSize - m_blockUsed < m_values.size() || !m_block) {
-    m_blockSize = std::max(m_valuesPerBlock, m_values.size());
-    m_block = std::make_shared_for_overwrite<double[]>(m_blockSize);
-    m_blockUsed = 0;
-  }
   KdMLSegments segments;
   segments.m_ends = m_lastEnds;
-  segments.m_values = {m_block, m_block.get() + m_blockUsed};
-  std::ranges::copy(m_values, segments.m_values.get());
-  m_blockUsed += m_values.size();
-  clear();
+  segments.m_values = {m_block, m_block.get() + m_blockBegin};
+  m_blockBegin = m_blockUsed;
+  m_ends.clear();
   return segments;
 }
 

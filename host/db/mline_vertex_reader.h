@@ -18,7 +18,7 @@ class UsualVertexReader {
 
   /// Reads the vertex that begins at a place in the record. It has to be followed by another one, extended data or the
   /// record's end, so that nothing else can belong to it.
-  /// @param[out] vertex undefined when it cannot be read
+  /// @param[out] vertex unchanged when it cannot be read
   /// @return where the vertex ends; `begin` when it is no usual one
   std::size_t read(std::size_t begin, MlineVertex& vertex);
 

@@ -97,7 +97,7 @@ class MlineWriter {
         m_source(source),
         m_target(target),
         m_targetOf(alignVertices(source.data.vertices, target.vertices)),
-        m_classifier(file.groupsOf(record)),
+        m_classifier(source.hasMark),
         m_out(file),
         m_line(m_out, 41),
         m_fill(m_out, 42) {}
@@ -123,9 +123,9 @@ class MlineWriter {
         endVertex();
         const int vertex = m_classifier.vertex();
         if (const int count = untouchedVertices(vertex); count > 0) {
-          copyVertices(vertex, count);
+          const std::size_t end = copyVertices(vertex, count);
           m_classifier.passVertices(count - 1);
-          return m_source.vertexBegins[static_cast<std::size_t>(vertex + count)];
+          return end;
         }
         beginVertex(vertex);
       }
@@ -271,27 +271,34 @@ class MlineWriter {
 
   // --- vertices ---
 
-  /// Number of vertices from one on that stand in the record as they are to be written, one after the other. The last vertex
-  /// is never among them: other groups may follow it.
+  /// Number of vertices from one on that stand in the record as they are to be written, one after the other. The record's
+  /// last one is among them only when it stays the last: other groups may follow it, and what is new comes before these.
   int untouchedVertices(int source) const {
     const std::vector<MlineVertex>& vertices = m_source.data.vertices;
-    const int last = static_cast<int>(vertices.size()) - 1, target = m_targetOf[source];
+    const int target = m_targetOf[source];
     if (target < 0 || !m_source.isHeaderInFront) return 0;
+    const bool staysLast = m_targetOf.back() + 1 == static_cast<int>(m_target.vertices.size());
+    const int end = static_cast<int>(vertices.size()) - (staysLast ? 0 : 1);
     int count = 0;
-    while (source + count < last && m_targetOf[source + count] == target + count &&
+    while (source + count < end && m_targetOf[source + count] == target + count &&
            vertices[source + count] == m_target.vertices[target + count]) {
       ++count;
     }
     return count;
   }
 
-  void copyVertices(int source, int count) {
+  /// Returns where to go on in the record.
+  std::size_t copyVertices(int source, int count) {
     writeMissingHeader();
     writeNewVerticesUpTo(m_targetOf[source]);
     m_verticesWritten += count;
-    const auto begin = m_source.vertexBegins.begin() + source;
+    const std::vector<std::size_t>& begins = m_source.vertexBegins;
+    const auto behind = static_cast<std::size_t>(source + count);
+    const std::size_t begin = begins[static_cast<std::size_t>(source)];
+    const std::size_t end = behind < begins.size() ? begins[behind] : m_record.size();
     m_out.moveTo(m_written);
-    m_written.appendKept(m_record.substr(begin[0], begin[count] - begin[0]));
+    m_written.appendKept(m_record.substr(begin, end - begin));
+    return end;
   }
 
   void beginVertex(int source) {

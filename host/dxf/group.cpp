@@ -156,7 +156,21 @@ void Groups::Iterator::advance() {
   }
 }
 
+bool Groups::Iterator::advanceUsual() {
+  constexpr std::size_t kBlock = 16;
+  if (m_ends != LineEnds::lf || m_rest.size() <= kUsualCodeSize + kBlock || !startsWithUsualCode(m_rest)) return false;
+  const char* const value = m_rest.data() + kUsualCodeSize + 1;
+  const std::uint32_t ends = equalMask16(value, '\n');
+  if (ends == 0) return false;
+  const auto size = static_cast<std::size_t>(std::countr_zero(ends));
+  m_group.code = usualCode(m_rest);
+  m_group.value = withoutCarriageReturn({value, size});
+  take(kUsualCodeSize + 1 + size + 1);
+  return true;
+}
+
 void Groups::Iterator::advanceText() {
+  if (advanceUsual()) return;
   const bool hasUsualCode = startsWithUsualCode(m_rest);
   const std::size_t codeEnd = hasUsualCode ? kUsualCodeSize : findNearLineEnd(m_rest, 0, m_ends);
   if (codeEnd + 1 >= m_rest.size()) {
@@ -183,7 +197,7 @@ void Groups::Iterator::advanceBinary() {
 }
 
 void Groups::Iterator::take(std::size_t size) {
-  m_group.source = m_rest.substr(0, size);
+  m_group.source = {m_rest.data(), size};
   m_rest.remove_prefix(size);
 }
 

@@ -79,6 +79,8 @@ class Groups {
     }
     void advance();
     void advanceText();
+    /// Whether the next group could be read as nearly all are: a code in three columns and a short value.
+    bool advanceUsual();
     void advanceBinary();
     /// Makes the first `size` bytes of the rest the current group's source.
     void take(std::size_t size);

@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <array>
 #include <bit>
+#include <charconv>
 #include <cstring>
 #include <limits>
 
@@ -18,9 +21,11 @@ void appendLittleEndian(std::string& out, T value) {
   out.append(bytes, sizeof value);
 }
 
-std::string rightAligned(std::string text, std::size_t width) {
-  if (text.size() < width) text.insert(0, width - text.size(), ' ');
-  return text;
+void appendRightAligned(std::string& out, std::int64_t value, std::size_t width) {
+  std::array<char, 24> digits;
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+  const auto count = static_cast<std::size_t>(end - digits.data());
+  out.append(width - std::min(width, count), ' ').append(digits.data(), count);
 }
 
 std::size_t integerWidth(ValueKind kind) {
@@ -53,8 +58,12 @@ void RecordBuilder::real(int code, double value) {
 
 void RecordBuilder::integer(int code, std::int64_t value) {
   const ValueKind kind = valueKind(code);
-  if (m_file.form() == Form::text) return line(code, rightAligned(std::to_string(value), integerWidth(kind)));
   this->code(code);
+  if (m_file.form() == Form::text) {
+    appendRightAligned(m_bytes, value, integerWidth(kind));
+    m_bytes.append(m_lineEnd);
+    return;
+  }
   switch (kind) {
     case ValueKind::int16:
       return appendLittleEndian(m_bytes, static_cast<std::int16_t>(value));
@@ -93,7 +102,8 @@ void RecordBuilder::endLine() {
 void RecordBuilder::code(int code) {
   endLine();
   if (m_file.form() == Form::text) {
-    m_bytes.append(rightAligned(std::to_string(code), 3)).append(m_lineEnd);
+    appendRightAligned(m_bytes, code, 3);
+    m_bytes.append(m_lineEnd);
   } else if (m_file.binaryCodes() == BinaryCodes::twoBytes) {
     appendLittleEndian(m_bytes, static_cast<std::uint16_t>(code));
   } else if (code < kWideCodeFollows) {

@@ -14,7 +14,8 @@ namespace torva::dxf {
 
 /// A place in the text of a record, for reading groups that are expected: several times faster than telling what stands
 /// there. Each take() passes over what it names; where that does not stand it gives false, and the place stays. Lines end
-/// with LF or CR LF. In front of a number stands its record's name at least: some characters before it are read.
+/// with LF or CR LF. In front of a number stands its record's name at least: some characters before it are read. Numbers
+/// are read in place: with the address of the cursor given away, its place would go through memory for every line.
 class TextCursor {
  public:
   TextCursor(const char* begin, const char* end) : m_at(begin), m_end(end) {}
@@ -25,14 +26,28 @@ class TextCursor {
   /// A code of two digits in three columns.
   template <int code>
   bool isAt() const {
-    static_assert(code >= 10 && code < 100 && std::endian::native == std::endian::little);
-    return isAt(threeChars(' ', '0' + code / 10, '0' + code % 10));
+    return isAt(columns(code));
+  }
+  /// Its characters as they lie in memory.
+  static constexpr std::uint32_t columns(int code) {
+    static_assert(std::endian::native == std::endian::little);
+    return threeChars(' ', static_cast<char>('0' + code / 10), static_cast<char>('0' + code % 10));
   }
   bool isAtExtendedData() const { return isAt(threeChars('1', '0', '0')) && m_at[3] == '1'; }
 
   template <int code>
   bool take() {
-    return isAt<code>() && takeLineEnd(m_at + kThree);
+    return takeCode(columns(code));
+  }
+  bool takeCode(std::uint32_t columns) {
+    std::uint32_t here = 0;
+    if (m_end - m_at <= kThree) return false;
+    std::memcpy(&here, m_at, sizeof here);
+    if (here == (columns | std::uint32_t{'\n'} << 24)) {
+      m_at += kThree + 1;
+      return true;
+    }
+    return (here & 0xFFFFFF) == columns && takeLineEnd(m_at + kThree);
   }
 
   /// Exactly this text.
@@ -44,7 +59,7 @@ class TextCursor {
   }
 
   /// A line that says a real number.
-  bool take(double& value) {
+  [[gnu::always_inline]] bool take(double& value) {
     const auto read = [&](const PointedDecimal& decimal) {
       if (decimal.fitsExactly()) value = decimal.exactValue();
       return decimal.fitsExactly();
@@ -63,6 +78,10 @@ class TextCursor {
 
   /// A count. What it says is of no account: the list itself tells.
   bool takeCount() {
+    if (m_end - m_at > 1 && m_at[1] == '\n' && m_at[0] >= '0' && m_at[0] <= '9') {
+      m_at += 2;
+      return true;
+    }
     const char* end = m_at;
     while (end != m_end && (*end == ' ' || (*end >= '0' && *end <= '9'))) ++end;
     return takeLineEnd(end);
@@ -118,7 +137,7 @@ class TextCursor {
   /// A number whose point is near. The line's end is looked for first: a processor goes on from there while the number is
   /// still being worked out.
   template <class Read>
-  bool takePointed(const Read& read) {
+  [[gnu::always_inline]] bool takePointed(const Read& read) {
     if (m_end - m_at < kShortLine) return false;
     const std::uint32_t ends = shortLineEnds(), points = equalMask16(m_at, '.');
     if (ends == 0 || points == 0) return false;
@@ -136,13 +155,22 @@ class TextCursor {
   }
 
   bool takeOtherReal(double& value) {
-    const auto* const end = static_cast<const char*>(std::memchr(m_at, '\n', static_cast<std::size_t>(m_end - m_at)));
-    if (!end) return false;
-    const auto real = parseReal(withoutCarriageReturn({m_at, static_cast<std::size_t>(end - m_at)}));
-    if (!real) return false;
-    value = *real;
-    m_at = end + 1;
+    const OtherReal real = otherReal(m_at, m_end);
+    if (!real.next) return false;
+    value = real.value;
+    m_at = real.next;
     return true;
+  }
+
+  struct OtherReal {
+    double value = 0;
+    const char* next = nullptr;  // null when the line says none
+  };
+  [[gnu::noinline]] static OtherReal otherReal(const char* at, const char* end) {
+    const auto* const lineEnd = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+    if (!lineEnd) return {};
+    const auto real = parseReal(withoutCarriageReturn({at, static_cast<std::size_t>(lineEnd - at)}));
+    return real ? OtherReal{*real, lineEnd + 1} : OtherReal{};
   }
 
   const char* m_at;
