@@ -159,8 +159,17 @@ bool areFinite(std::span<const double> values) {
   return std::ranges::all_of(values, [](double value) { return std::isfinite(value); });
 }
 
-bool isFinite(const KdMLSegmentView& lists) {
-  return areFinite(lists.elementParameters) && areFinite(lists.areaFillParameters);
+bool isFinite(const KdMLSegments& elements) {
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    const KdMLSegmentView lists = elements[i];
+    if (!areFinite(lists.elementParameters) || !areFinite(lists.areaFillParameters)) return false;
+  }
+  return true;
+}
+
+bool isFinite(const KdMlineVertex& vertex) {
+  using torva::db::isFinite;
+  return isFinite(vertex.position) && isFinite(vertex.axis) && isFinite(vertex.miter) && ::isFinite(vertex.elements);
 }
 
 /// Sets one value of a multiline that may be changed.
@@ -225,6 +234,38 @@ KdGeVector3d KdDbMline::miterAt(int index) const {
   return vertex ? vertex->miter : KdGeVector3d();
 }
 
+std::span<const KdMlineVertex> KdDbMline::vertices() const {
+  return impOf(*this).data().vertices;
+}
+
+KdStatus KdDbMline::setVertexAt(int index, KdMlineVertex vertex) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (!vertexOf(*this, index)) return KdStatus::invalidIndex;
+  if (!isFinite(vertex)) return KdStatus::invalidInput;
+  imp.change().vertices[static_cast<std::size_t>(index)] = std::move(vertex);
+  return KdStatus::ok;
+}
+
+KdStatus KdDbMline::insertVertexAt(int index, KdMlineVertex vertex) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (index < 0 || index > numVertices()) return KdStatus::invalidIndex;
+  if (!isFinite(vertex)) return KdStatus::invalidInput;
+  std::vector<MlineVertex>& vertices = imp.change().vertices;
+  vertices.insert(vertices.begin() + index, std::move(vertex));
+  return KdStatus::ok;
+}
+
+KdStatus KdDbMline::removeVerticesAt(int index, int count) {
+  MlineImp& imp = impOf(*this);
+  if (!imp.isWritable()) return KdStatus::notOpen;
+  if (index < 0 || count < 0 || count > numVertices() - index) return KdStatus::invalidIndex;
+  std::vector<MlineVertex>& vertices = imp.change().vertices;
+  vertices.erase(vertices.begin() + index, vertices.begin() + index + count);
+  return KdStatus::ok;
+}
+
 KdStatus KdDbMline::getParametersAt(int index, std::vector<std::vector<KdMLSegment>>& parameters) const {
   const MlineVertex* vertex = vertexOf(*this, index);
   if (!vertex) return KdStatus::invalidIndex;
@@ -248,9 +289,7 @@ KdStatus KdDbMline::setSegmentsAt(int index, const KdMLSegments& segments) {
   MlineImp& imp = impOf(*this);
   if (!imp.isWritable()) return KdStatus::notOpen;
   if (!vertexOf(*this, index)) return KdStatus::invalidIndex;
-  for (std::size_t i = 0; i < segments.size(); ++i) {
-    if (!isFinite(segments[i])) return KdStatus::invalidInput;
-  }
+  if (!isFinite(segments)) return KdStatus::invalidInput;
   imp.change().vertices[static_cast<std::size_t>(index)].elements = segments;
   return KdStatus::ok;
 }

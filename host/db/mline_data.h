@@ -10,14 +10,9 @@
 
 namespace torva::db {
 
-struct MlineVertex {
-  KdGePoint3d position;
-  KdGeVector3d axis;
-  KdGeVector3d miter;
-  KdMLSegments elements;  ///< In the style's element order; may differ in number from vertex to vertex in odd files.
+using MlineVertex = KdMlineVertex;
 
-  bool operator==(const MlineVertex&) const;
-};
+bool isSame(const MlineVertex& a, const MlineVertex& b);
 
 /// What a multiline holds, as plain data in world coordinates.
 struct MlineData {

@@ -278,10 +278,10 @@ int flagWord(const MlineData& data) {
          (data.suppressesStartCaps ? kNoStartCapsFlag : 0) | (data.suppressesEndCaps ? kNoEndCapsFlag : 0) | data.otherFlags;
 }
 
-bool MlineVertex::operator==(const MlineVertex& other) const {
-  const auto isSame = [](const auto& a, const auto& b) { return a.x == b.x && a.y == b.y && a.z == b.z; };
-  return isSame(position, other.position) && isSame(axis, other.axis) && isSame(miter, other.miter) &&
-         elements == other.elements;
+bool isSame(const MlineVertex& a, const MlineVertex& b) {
+  const auto isSameTriple = [](const auto& s, const auto& t) { return s.x == t.x && s.y == t.y && s.z == t.z; };
+  return isSameTriple(a.position, b.position) && isSameTriple(a.axis, b.axis) && isSameTriple(a.miter, b.miter) &&
+         a.elements == b.elements;
 }
 
 MlineData readMline(const dxf::DrawingFile& file, dxf::RecordId record) {

@@ -281,7 +281,7 @@ class MlineWriter {
     const int end = static_cast<int>(vertices.size()) - (staysLast ? 0 : 1);
     int count = 0;
     while (source + count < end && m_targetOf[source + count] == target + count &&
-           vertices[source + count] == m_target.vertices[target + count]) {
+           isSame(vertices[source + count], m_target.vertices[target + count])) {
       ++count;
     }
     return count;

@@ -10,6 +10,14 @@
 /// Place of the path among the elements.
 enum class KdMlineJustification { top = 0, zero = 1, bottom = 2 };
 
+/// All that a multiline holds at one vertex, world coordinates.
+struct KdMlineVertex {
+  KdGePoint3d position;
+  KdGeVector3d axis;      ///< Unit direction of the segment that starts at the vertex.
+  KdGeVector3d miter;     ///< Unit direction along which the elements are offset.
+  KdMLSegments elements;  ///< In the style's element order; may differ in number from vertex to vertex in odd files.
+};
+
 /// A multiline: parallel element lines along one path of vertices.
 ///
 /// All points and directions are in world coordinates. Vertex indices run from 0 to numVertices() - 1; segment i runs from
@@ -30,6 +38,15 @@ class KDRX_API KdDbMline : public KdDbEntity {
   KdGeVector3d axisAt(int index) const;
   /// Unit direction along which the elements are offset at the vertex; a zero vector when `index` is outside.
   KdGeVector3d miterAt(int index) const;
+
+  /// All vertices as they are stored, without copying them. Valid until the multiline is changed.
+  std::span<const KdMlineVertex> vertices() const;
+  /// Replaces all that is stored at a vertex, adds a vertex in front of one (numVertices(): at the end), or removes some.
+  /// All others stay as they are: nothing follows from the change.
+  /// @return notOpen, invalidIndex, invalidInput (a value that is no number); nothing is changed then
+  KdStatus setVertexAt(int index, KdMlineVertex vertex);
+  KdStatus insertVertexAt(int index, KdMlineVertex vertex);
+  KdStatus removeVerticesAt(int index, int count);
 
   /// The element lists at a vertex.
   /// @param[out] parameters one entry, holding one KdMLSegment per element in element order; emptied first

@@ -208,14 +208,13 @@ void CMlineEdit::CornerJoint::mitre(const Leg& leg) {
   const double toCorner[3] = {m_corner[0] - from[0], m_corner[1] - from[1], 0}, square = planDot(diagonal, diagonal);
   if (square == 0 || std::abs(planCross(diagonal, toCorner)) > kDiagonalTolerance * square) return;
 
-  std::vector<CMlineVertex> vertices = readMlineVertices(*leg.seg->mline);
-  CMlineVertex& end = vertices[static_cast<std::size_t>(leg.movedVertex())];
+  CMlineVertex end = readMlineVertex(*leg.seg->mline, leg.movedVertex());
   const double length = std::copysign(std::sqrt(square), planDot(diagonal, end.miter));
   for (double& coordinate : diagonal) coordinate /= length;
   // Elements that lie on one line have no miter.
   if (std::abs(planCross(diagonal, end.axis)) <= kDiagonalTolerance) return;
   turnMiter(end, !leg.keepsStart, diagonal);
-  writeMlineVertices(*leg.seg->mline, vertices);
+  writeMlineVertex(*leg.seg->mline, leg.movedVertex(), end);
 }
 
 void CMlineEdit::CornerJoint::endElements(const Leg& leg) {

@@ -45,7 +45,7 @@ void CMlineEdit::ptListInitialize(KdDbMline* mline, int numVertices, int numElem
   if (!mline || numVertices < 1 || numElements < 1) return freePointTable(ptList, count);
   *ptList = renewPointTable(*ptList, numElements, numVertices);
   *count = numElements;
-  for (int vertex = 0; vertex < numVertices; ++vertex) elementPoints(*mline, vertex, *ptList, numElements);
+  elementPoints(*mline, *ptList, numElements, numVertices);
 }
 
 void CMlineEdit::set_SpaceBetween(double* tol) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <numbers>
 
 #include "geometry/vectors.h"
@@ -12,18 +11,16 @@
 
 namespace {
 
-using Triple = double[3];
-using Triples = std::unique_ptr<Triple[]>;
-
-Triples makeTriples(std::size_t count) {
-  return std::make_unique<Triple[]>(count);
-}
-
-template <class Coordinates>
-void store(const Coordinates& from, Triple to) {
+template <class Triple>
+void store(const Triple& from, double to[3]) {
   to[0] = from.x;
   to[1] = from.y;
   to[2] = from.z;
+}
+
+KdMlineVertex toStore(const CMlineVertex& vertex) {
+  const auto& [p, a, m, elements] = vertex;
+  return {{p[0], p[1], p[2]}, {a[0], a[1], a[2]}, {m[0], m[1], m[2]}, elements};
 }
 
 // Where the host knows no such system the coordinates stay as they are.
@@ -38,32 +35,22 @@ void CMlineVertex::setParameters(std::size_t element, std::span<const double> va
   elements.set(element, {elements[element].areaFillParameters, values});
 }
 
-std::vector<CMlineVertex> readMlineVertices(const KdDbMline& mline) {
-  std::vector<CMlineVertex> vertices;
-  vertices.reserve(static_cast<std::size_t>(mline.numVertices()) + 1);  // an edit may add one
-  for (int i = 0; i < mline.numVertices(); ++i) {
-    CMlineVertex& vertex = vertices.emplace_back();
-    store(mline.vertexAt(i), vertex.position);
-    store(mline.axisAt(i), vertex.axis);
-    store(mline.miterAt(i), vertex.miter);
-    vertex.elements = mline.segmentsAt(i);
-  }
-  return vertices;
+CMlineVertex readMlineVertex(const KdDbMline& mline, int index) {
+  const KdMlineVertex& stored = mline.vertices()[static_cast<std::size_t>(index)];
+  CMlineVertex vertex;
+  store(stored.position, vertex.position);
+  store(stored.axis, vertex.axis);
+  store(stored.miter, vertex.miter);
+  vertex.elements = stored.elements;
+  return vertex;
 }
 
-bool writeMlineVertices(KdDbMline& mline, const std::vector<CMlineVertex>& vertices) {
-  const Triples triples = makeTriples(vertices.size());
-  const auto write = [&](int (*set)(KdDbMline*, const Triple*), Triple CMlineVertex::*member) {
-    for (std::size_t i = 0; i < vertices.size(); ++i) std::copy_n(vertices[i].*member, 3, triples[i]);
-    return set(&mline, triples.get()) != 0;
-  };
-  if (!SetNumVertices(&mline, static_cast<int>(vertices.size())) || !write(SetVertices, &CMlineVertex::position))
-    return false;
-  if (!write(SetAxis, &CMlineVertex::axis) || !write(SetMilters, &CMlineVertex::miter)) return false;
-  for (std::size_t i = 0; i < vertices.size(); ++i) {
-    if (mline.setSegmentsAt(static_cast<int>(i), vertices[i].elements) != KdStatus::ok) return false;
-  }
-  return true;
+bool writeMlineVertex(KdDbMline& mline, int index, const CMlineVertex& vertex) {
+  return mline.setVertexAt(index, toStore(vertex)) == KdStatus::ok;
+}
+
+bool insertMlineVertex(KdDbMline& mline, int index, const CMlineVertex& vertex) {
+  return mline.insertVertexAt(index, toStore(vertex)) == KdStatus::ok;
 }
 
 // The target system is named by a short integer that is read where the normal is stored: for normals without an x component

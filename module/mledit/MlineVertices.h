@@ -1,7 +1,6 @@
 #pragma once
 
 #include <span>
-#include <vector>
 
 #include <kdrx/db_mline.h>
 #include <kdrx/ut.h>
@@ -17,12 +16,13 @@ struct CMlineVertex {
   void setParameters(std::size_t element, std::span<const double> values);
 };
 
-/// A copy of all vertices, to be changed and written back.
-std::vector<CMlineVertex> readMlineVertices(const KdDbMline& mline);
+/// A copy of a vertex, to be changed and written back. Requires: there is one with that index.
+CMlineVertex readMlineVertex(const KdDbMline& mline, int index);
 
-/// Makes these the vertices of the multiline, which is open for write. Requires: at least 2.
-/// @return false when a value is no number; the multiline is undefined then
-bool writeMlineVertices(KdDbMline& mline, const std::vector<CMlineVertex>& vertices);
+/// Makes this the vertex with an index, or adds it in front of that one, in a multiline that is open for write.
+/// @return false when a value is no number; nothing is changed then
+bool writeMlineVertex(KdDbMline& mline, int index, const CMlineVertex& vertex);
+bool insertMlineVertex(KdDbMline& mline, int index, const CMlineVertex& vertex);
 
 /// The system in which the directions at a vertex are worked out.
 class CMlineDirections {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <new>
+#include <span>
 
 namespace {
 
@@ -22,6 +23,13 @@ void storePoint(const KdGePoint3d& vertex, const KdGeVector3d& miter, double off
   out[0] = point.x;
   out[1] = point.y;
   out[2] = point.z;
+}
+
+// The vertex, or one at the origin where there is none.
+const KdMlineVertex& vertexAt(std::span<const KdMlineVertex> vertices, int index) {
+  static const KdMlineVertex none;
+  const bool isThere = index >= 0 && index < static_cast<int>(vertices.size());
+  return isThere ? vertices[static_cast<std::size_t>(index)] : none;
 }
 
 double offsetOf(const KdMLSegmentView& element) {
@@ -61,15 +69,16 @@ void freePointTable(double (***table)[3], int* rows) {
 }
 
 void elementPoint(const KdDbMline& mline, int vertex, int element, double out[3]) {
-  const double offset = offsetOf(mline.segmentsAt(vertex)[static_cast<std::size_t>(element)]);
-  storePoint(mline.vertexAt(vertex), mline.miterAt(vertex), offset, out);
+  const KdMlineVertex& at = vertexAt(mline.vertices(), vertex);
+  storePoint(at.position, at.miter, offsetOf(at.elements[static_cast<std::size_t>(element)]), out);
 }
 
-void elementPoints(const KdDbMline& mline, int vertex, double (**table)[3], int rows) {
-  const KdGePoint3d position = mline.vertexAt(vertex);
-  const KdGeVector3d miter = mline.miterAt(vertex);
-  const KdMLSegments& segments = mline.segmentsAt(vertex);
-  for (int row = 0; row < rows; ++row) {
-    storePoint(position, miter, offsetOf(segments[static_cast<std::size_t>(row)]), table[row][vertex]);
+void elementPoints(const KdDbMline& mline, double (**table)[3], int rows, int columns) {
+  const std::span<const KdMlineVertex> vertices = mline.vertices();
+  for (int column = 0; column < columns; ++column) {
+    const KdMlineVertex& at = vertexAt(vertices, column);
+    for (int row = 0; row < rows; ++row) {
+      storePoint(at.position, at.miter, offsetOf(at.elements[static_cast<std::size_t>(row)]), table[row][column]);
+    }
   }
 }

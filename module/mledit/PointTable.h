@@ -19,8 +19,8 @@ double (**sharePointTable(double (**table)[3]))[3];
 void freePointTable(double (***table)[3], int* rows);
 
 /// The point where an element line passes a vertex: the vertex plus its miter times the first element parameter (0 for an
-/// empty list).
+/// empty list). The origin where there is no such vertex.
 void elementPoint(const KdDbMline& mline, int vertex, int element, double out[3]);
 
-/// The same for the elements 0 to rows - 1: each into its row of a table, in the column of the vertex.
-void elementPoints(const KdDbMline& mline, int vertex, double (**table)[3], int rows);
+/// The same for the vertices 0 to columns - 1 and the elements 0 to rows - 1, into a table of that size.
+void elementPoints(const KdDbMline& mline, double (**table)[3], int rows, int columns);

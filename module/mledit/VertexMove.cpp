@@ -43,10 +43,12 @@ KdGePoint3d footOnLine(const KdGePoint3d& p, const KdGePoint3d& a, const KdGePoi
 // segment.
 class VertexMove {
  public:
-  VertexMove(std::vector<CMlineVertex>& vertices, int moved)
-      : m_isStart(moved == 0),
-        m_moved(vertices[static_cast<std::size_t>(moved)]),
-        m_neighbour(vertices[static_cast<std::size_t>(m_isStart ? 1 : moved - 1)]),
+  VertexMove(KdDbMline& mline, int moved)
+      : m_mline(mline),
+        m_index(moved),
+        m_isStart(moved == 0),
+        m_moved(readMlineVertex(mline, moved)),
+        m_neighbour(readMlineVertex(mline, neighbourIndex())),
         m_axis(toVector(m_isStart ? m_moved.axis : m_neighbour.axis)),
         m_miter(toVector(m_neighbour.miter)) {}
 
@@ -71,7 +73,13 @@ class VertexMove {
     m_neighbour.elements = neighbour;
   }
 
+  void write() {
+    if (writeMlineVertex(m_mline, m_index, m_moved)) writeMlineVertex(m_mline, neighbourIndex(), m_neighbour);
+  }
+
  private:
+  int neighbourIndex() const { return m_isStart ? 1 : m_index - 1; }
+
   void keepInPlace(KdMLSegment& moved, KdMLSegment& neighbour, const double* before) const {
     if (moved.elementParameters.empty() || neighbour.elementParameters.empty()) return;
     const double offset = neighbour.elementParameters.front() * m_stretch;
@@ -100,9 +108,11 @@ class VertexMove {
     if (list.size() > 2 && list.size() % 2 == 1) list.pop_back();
   }
 
+  KdDbMline& m_mline;
+  const int m_index;
   const bool m_isStart;
-  CMlineVertex& m_moved;
-  CMlineVertex& m_neighbour;
+  CMlineVertex m_moved;
+  CMlineVertex m_neighbour;
   const KdGeVector3d m_axis;   // of the segment between the two
   const KdGeVector3d m_miter;  // of the neighbour
   double m_stretch = 1;        // of the offsets, from the neighbour's miter to the new one
@@ -115,9 +125,8 @@ void CMlineEdit::changePTPosition(KdDbMline* mline, int vertex, const double* po
   if (last < 1 || (vertex != 0 && vertex != last) || mline->closedMline() || !ptList) return;
   int elements = 0;
   GetSegmentsSize(mline, &elements);
-  std::vector<CMlineVertex> vertices = readMlineVertices(*mline);
-  VertexMove move(vertices, vertex);
+  VertexMove move(*mline, vertex);
   move.moveTo(point);
   move.keepInPlace(static_cast<std::size_t>(elements), ptList, vertex);
-  writeMlineVertices(*mline, vertices);
+  move.write();
 }

@@ -55,80 +55,80 @@ class VertexRemoval {
         m_seg(seg),
         m_removed(oldRemoved),
         m_isClosed(seg.isClosed()),
-        m_vertices(readMlineVertices(*seg.mline)),
+        m_count(seg.numVertices - 1),
         m_directions(*seg.mline) {
     GetNormal(seg.mline, m_normal);
-    m_vertices.erase(m_vertices.begin() + m_removed);
-    m_count = static_cast<int>(m_vertices.size());
   }
 
   void run() {
+    if (m_seg.mline->removeVerticesAt(m_removed, 1) != KdStatus::ok) return;
     const int before = m_removed > 0 ? m_removed - 1 : m_isClosed ? m_count - 1 : -1;
-    if (before >= 0) aim(before);
-    if (m_removed < m_count) aim(m_removed);
-    if (before >= 0) joinLists(before);
     const int behind = m_removed < m_count ? m_removed : m_isClosed ? 0 : -1;
-    if (behind >= 0) turnLists(behind);
-    writeMlineVertices(*m_seg.mline, m_vertices);
+    if (before >= 0) joinAt(before);
+    if (behind >= 0) turnAt(behind);
   }
 
  private:
-  CMlineVertex& vertex(int index) { return m_vertices[static_cast<std::size_t>(index)]; }
   const double* oldPoint(int element, int index) const {
     return m_seg.ptList[element][index < m_removed ? index : index + 1];
   }
   int next(int index) const { return index + 1 < m_count ? index + 1 : m_isClosed ? 0 : -1; }
   int previous(int index) const { return index > 0 ? index - 1 : m_isClosed ? m_count - 1 : -1; }
 
-  void aim(int index);
+  void joinAt(int index);
+  void turnAt(int index);
+  void aim(CMlineVertex& at, int index);
   double distanceFromAxis(int element);
-  void joinLists(int index);
-  void turnLists(int index);
-  void shiftBreaks(std::vector<double>& list, int index, int element);
+  void shiftBreaks(std::vector<double>& list, const double* miter, int index, int element);
 
   CMlineEdit& m_engine;
   CMlineSegment& m_seg;
   const int m_removed;
   const bool m_isClosed;
-  int m_count;
-  std::vector<CMlineVertex> m_vertices;
+  const int m_count;
   CMlineDirections m_directions;
   double m_normal[3];
 };
 
 // Axis and miter of a vertex, from where the first element passed it and its neighbours.
-void VertexRemoval::aim(int index) {
+void VertexRemoval::aim(CMlineVertex& at, int index) {
   const int to = next(index), from = previous(index);
   const double* here = oldPoint(0, index);
   if (to >= 0 && from >= 0) {
     const double toNext = m_directions.angle(here, oldPoint(0, to));
     const double toPrevious = m_directions.angle(here, oldPoint(0, from));
-    m_directions.set(vertex(index), toNext, CMlineDirections::bisector(toNext, toPrevious));
+    m_directions.set(at, toNext, CMlineDirections::bisector(toNext, toPrevious));
     return;
   }
   const CapAngles caps = capAngles(*m_seg.mline);
   const double axis = to >= 0 ? m_directions.angle(here, oldPoint(0, to)) : m_directions.angle(oldPoint(0, from), here);
-  m_directions.set(vertex(index), axis, axis + facing(m_normal) * (to >= 0 ? caps.start : caps.end));
+  m_directions.set(at, axis, axis + facing(m_normal) * (to >= 0 ? caps.start : caps.end));
 }
 
 double VertexRemoval::distanceFromAxis(int element) {
+  const KdGePoint3d first = m_seg.mline->vertexAt(0), second = m_seg.mline->vertexAt(1);
+  const double from[3] = {first.x, first.y, first.z}, to[3] = {second.x, second.y, second.z};
   double distance = 0;
-  m_engine.Distance_PointToLine(oldPoint(element, 0), vertex(0).position, vertex(1).position, m_normal, &distance, nullptr);
+  m_engine.Distance_PointToLine(oldPoint(element, 0), from, to, m_normal, &distance, nullptr);
   return distance;
 }
 
-// The lists of the segment that now runs across the removed vertex.
-void VertexRemoval::joinLists(int index) {
-  CMlineVertex& at = vertex(index);
+// The start of the segment that now runs across the removed vertex.
+void VertexRemoval::joinAt(int index) {
+  CMlineVertex at = readMlineVertex(*m_seg.mline, index);
+  aim(at, index);
   const double sine = sineOf(m_directions.angle(at.miter) - m_directions.angle(at.axis));
   for (int e = 0; e < static_cast<int>(at.elements.size()) && e < m_seg.ptListCount; ++e) {
     at.setParameters(static_cast<std::size_t>(e), std::array{distanceFromAxis(e) / sine, 0.0});
   }
+  writeMlineVertex(*m_seg.mline, index, at);
 }
 
-// The lists of the segment behind the joined one: the elements start elsewhere, their breaks stay where they are.
-void VertexRemoval::turnLists(int index) {
-  CMlineVertex& at = vertex(index);
+// The start of the segment behind the joined one: the elements start elsewhere, their breaks stay where they are. Vertex 0
+// behind the last one of a closed multiline keeps its axis and miter.
+void VertexRemoval::turnAt(int index) {
+  CMlineVertex at = readMlineVertex(*m_seg.mline, index);
+  if (index == m_removed) aim(at, index);
   const double sine = sineOf(std::numbers::pi + m_directions.angle(at.axis) - m_directions.angle(at.miter));
   for (int e = 0; e < static_cast<int>(at.elements.size()) && e < m_seg.ptListCount; ++e) {
     const auto element = static_cast<std::size_t>(e);
@@ -136,14 +136,15 @@ void VertexRemoval::turnLists(int index) {
     if (old.empty()) continue;
     std::vector<double> list(old.begin(), old.end());
     list[0] = distanceFromAxis(e) / sine;
-    if (next(index) >= 0) shiftBreaks(list, index, e);
+    if (next(index) >= 0) shiftBreaks(list, at.miter, index, e);
     at.setParameters(element, list);
   }
+  writeMlineVertex(*m_seg.mline, index, at);
 }
 
 // An element that does not start at its vertex has its offset shifted, and its first break stays. Our own decision.
-void VertexRemoval::shiftBreaks(std::vector<double>& list, int index, int element) {
-  const double *first = oldPoint(0, index), *miter = vertex(index).miter;
+void VertexRemoval::shiftBreaks(std::vector<double>& list, const double* miter, int index, int element) {
+  const double* first = oldPoint(0, index);
   double start[3];
   for (int k = 0; k < 3; ++k) start[k] = first[k] + miter[k] * list[0];
   const double* oldStart = oldPoint(element, index);
@@ -165,10 +166,5 @@ void CMlineEdit::delete_OneVertex(CMlineSegment* seg, int vertex) {
 // What the removal of one does to its neighbour is gone with the next, so only the last one is removed as such.
 void CMlineEdit::removeEndVertices(CMlineSegment* seg, int first, int count) {
   if (count < 1) return;
-  if (count > 1) {
-    std::vector<CMlineVertex> vertices = readMlineVertices(*seg->mline);
-    vertices.erase(vertices.begin() + first, vertices.begin() + first + count - 1);
-    writeMlineVertices(*seg->mline, std::move(vertices));
-  }
-  delete_OneVertex(seg, first);
+  if (seg->mline->removeVerticesAt(first, count - 1) == KdStatus::ok) delete_OneVertex(seg, first);
 }

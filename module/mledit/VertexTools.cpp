@@ -58,9 +58,8 @@ void CMlineEdit::add_OneVertex(CMlineSegment* seg) {
   if (next < 0 || seg->mline->numVertices() != seg->numVertices) return;
   double normal[3];
   GetNormal(seg->mline, normal);
-  std::vector<CMlineVertex> vertices = readMlineVertices(*seg->mline);
-  CMlineVertex& split = vertices[static_cast<std::size_t>(s)];
-  const CMlineVertex& end = vertices[static_cast<std::size_t>(next)];
+  CMlineVertex split = readMlineVertex(*seg->mline, s);
+  const CMlineVertex end = readMlineVertex(*seg->mline, next);
 
   CMlineVertex added;
   Distance_PointToLine(seg->point, split.position, end.position, normal, nullptr, added.position);
@@ -78,6 +77,6 @@ void CMlineEdit::add_OneVertex(CMlineSegment* seg) {
     added.setParameters(e, std::array{offset, 0.0});
     split.setParameters(e, partBefore(split.elements[e].elementParameters, seg->origDistance));
   }
-  vertices.insert(vertices.begin() + s + 1, std::move(added));
-  writeMlineVertices(*seg->mline, vertices);
+  writeMlineVertex(*seg->mline, s, split);
+  insertMlineVertex(*seg->mline, s + 1, added);
 }

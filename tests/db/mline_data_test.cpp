@@ -8,6 +8,7 @@
 
 #include "db/mline_groups.h"
 #include "db/plan.h"
+#include "db/same_vertices.h"
 
 namespace torva::test {
 namespace {

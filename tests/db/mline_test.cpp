@@ -223,6 +223,12 @@ TEST_F(MlineTest, RefusesValuesThatAreNoNumbersAndIndicesOutside) {
   EXPECT_EQ(mline->setParametersAt(0, {{{{}, {0.5, kNaN}}}}), KdStatus::invalidInput);
   EXPECT_EQ(mline->setParametersAt(0, {{{{kNaN}, {0.5}}}}), KdStatus::invalidInput);
   EXPECT_EQ(mline->setParametersAt(2, {{}}), KdStatus::invalidIndex);
+  EXPECT_EQ(mline->setVertexAt(0, {{0, 0, 0}, {1, 0, 0}, {0, kNaN, 0}, {}}), KdStatus::invalidInput);
+  EXPECT_EQ(mline->insertVertexAt(0, {{}, {}, {}, {{{{}, {kNaN}}}}}), KdStatus::invalidInput);
+  EXPECT_EQ(mline->setVertexAt(2, {}), KdStatus::invalidIndex);
+  EXPECT_EQ(mline->insertVertexAt(3, {}), KdStatus::invalidIndex);
+  EXPECT_EQ(mline->removeVerticesAt(-1, 1), KdStatus::invalidIndex);
+  EXPECT_EQ(mline->removeVerticesAt(1, 2), KdStatus::invalidIndex);
   std::vector<std::vector<KdMLSegment>> parameters(3);
   EXPECT_EQ(mline->getParametersAt(-1, parameters), KdStatus::invalidIndex);
   EXPECT_EQ(parameters.size(), 3u);
@@ -236,6 +242,9 @@ TEST_F(MlineTest, ChangesNothingUnlessOpenForWrite) {
   EXPECT_EQ(mline->appendSeg({1, 1, 0}), KdStatus::notOpen);
   EXPECT_EQ(mline->removeLastSeg(point), KdStatus::notOpen);
   EXPECT_EQ(mline->setParametersAt(0, {{}}), KdStatus::notOpen);
+  EXPECT_EQ(mline->setVertexAt(0, {}), KdStatus::notOpen);
+  EXPECT_EQ(mline->insertVertexAt(0, {}), KdStatus::notOpen);
+  EXPECT_EQ(mline->removeVerticesAt(0, 1), KdStatus::notOpen);
   EXPECT_EQ(mline->setClosedMline(true), KdStatus::notOpen);
   EXPECT_EQ(mline->setSupressStartCaps(true), KdStatus::notOpen);
   EXPECT_EQ(mline->setScale(2), KdStatus::notOpen);
@@ -263,6 +272,25 @@ TEST_F(MlineTest, InternalSideReplacesWholeLists) {
   mline->close();
   EXPECT_THAT(changes(), ElementsAre("-21 0.0", "+21 7.0", "-12 1.0", "-22 0.0", "+12 0.0", "+22 1.0", "-13 0.0", "-23 1.0",
                                      "+13 -1.0", "+23 0.0"));
+}
+
+TEST_F(MlineTest, VerticesAreReplacedAddedAndRemovedAlone) {
+  KdDbMline mline;
+  draw(mline, {{0, 0, 0}, {10, 0, 0}, {10, 20, 0}, {30, 20, 0}});
+  const std::vector<KdMlineVertex> before(mline.vertices().begin(), mline.vertices().end());
+  const KdMlineVertex odd{{7, 8, 9}, {0, 0, 1}, {0, 1, 0}, {{{{4}, {1, 2, 3}}}}};
+  const auto expectVertices = [&](const std::vector<KdMlineVertex>& wanted, const char* step) {
+    const std::span<const KdMlineVertex> vertices = mline.vertices();
+    ASSERT_EQ(vertices.size(), wanted.size()) << step;
+    for (std::size_t i = 0; i < wanted.size(); ++i) EXPECT_TRUE(db::isSame(vertices[i], wanted[i])) << step << i;
+  };
+  ASSERT_EQ(mline.insertVertexAt(1, odd), KdStatus::ok);
+  expectVertices({before[0], odd, before[1], before[2], before[3]}, "inserted");
+  ASSERT_EQ(mline.setVertexAt(0, mline.vertices()[1]), KdStatus::ok);
+  expectVertices({odd, odd, before[1], before[2], before[3]}, "replaced");
+  ASSERT_EQ(mline.removeVerticesAt(1, 2), KdStatus::ok);
+  ASSERT_EQ(mline.insertVertexAt(3, odd), KdStatus::ok);
+  expectVertices({odd, before[2], before[3], odd}, "removed, added at the end");
 }
 
 TEST_F(MlineTest, TellsTheLineOfTheFirstValueThatIsNoNumber) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/current.h"
+#include "db/same_vertices.h"
 #include "draw/drawer.h"
 #include "entry/module_entry.h"
 #include "module/mledit/drawing.h"
