@@ -37,15 +37,8 @@ class PointedDecimal {
     const auto whole = static_cast<unsigned>(point - begin) - (m_isNegative ? 1 : 0);
     m_decimals = static_cast<unsigned>(end - point) - 1;
     if (whole - 1 >= kChunk || m_decimals - 1 >= Digits::kMost) return;
-    std::uint64_t faults = 0;
-    m_whole = whole == 1 ? digitBefore(point, faults) : digitsBefore(point, whole, faults);
-    unsigned rest = m_decimals;
-    for (const char* chunkEnd = point + 1 + kChunk; rest > kChunk; rest -= kChunk, chunkEnd += kChunk) {
-      m_fraction = m_fraction * kPowersOfTen[kChunk] + digitsBefore(chunkEnd, kChunk, faults);
-    }
-    m_fraction = m_fraction * kPowersOfTen[rest] + digitsBefore(end, rest, faults);
-    m_isValid = faults == 0;
     m_digits = whole + m_decimals;
+    m_isValid = m_digits <= kChunk ? takeShort(point, end) : takeLong(point, whole, end);
   }
 
   bool isValid() const { return m_isValid; }
@@ -65,13 +58,33 @@ class PointedDecimal {
                                                                     1e-7,  1e-8,  1e-9,  1e-10, 1e-11, 1e-12, 1e-13,
                                                                     1e-14, 1e-15, 1e-16, 1e-17, 1e-18};
 
+  /// All digits at once, those in front of the point moved up to those behind it.
+  bool takeShort(const char* point, const char* end) {
+    constexpr unsigned kBitsPerDigit = 8;
+    const std::uint64_t behind = charactersBefore(end) & highBytes(m_decimals);
+    const std::uint64_t inFront = charactersBefore(point) >> (kBitsPerDigit * m_decimals);
+    std::uint64_t faults = 0;
+    m_fraction = lastDigits(behind | inFront, m_digits, faults);
+    return faults == 0;
+  }
+
+  bool takeLong(const char* point, unsigned whole, const char* end) {
+    std::uint64_t faults = 0;
+    m_whole = whole == 1 ? digitBefore(point, faults) : digitsBefore(point, whole, faults);
+    unsigned rest = m_decimals;
+    for (const char* chunkEnd = point + 1 + kChunk; rest > kChunk; rest -= kChunk, chunkEnd += kChunk) {
+      m_fraction = m_fraction * kPowersOfTen[kChunk] + digitsBefore(chunkEnd, kChunk, faults);
+    }
+    m_fraction = m_fraction * kPowersOfTen[rest] + digitsBefore(end, rest, faults);
+    return faults == 0;
+  }
+
   static double real(std::uint64_t digits) { return static_cast<double>(static_cast<std::int64_t>(digits)); }
   double withSign(double size) const { return m_isNegative ? -size : size; }
 
   bool m_isNegative = false, m_isValid = false;
-  unsigned m_decimals = 0;
-  std::size_t m_digits = 0;
-  std::uint64_t m_whole = 0, m_fraction = 0;
+  unsigned m_decimals = 0, m_digits = 0;
+  std::uint64_t m_whole = 0, m_fraction = 0;  // of a short one all digits are in the second
 };
 
 }  // namespace torva

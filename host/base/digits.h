@@ -34,14 +34,29 @@ inline std::uint64_t eightDigits(std::uint64_t digits) {
          32;
 }
 
-/// The number that the last 1 to 8 characters in front of `end` make. 8 may be read, and all bits of `faults` stay as they
-/// are when those characters are digits.
-inline std::uint64_t digitsBefore(const char* end, unsigned count, std::uint64_t& faults) {
+/// The 8 characters in front of `end`, the last in the highest byte.
+inline std::uint64_t charactersBefore(const char* end) {
   std::uint64_t characters = 0;
   std::memcpy(&characters, end - sizeof characters, sizeof characters);
-  characters = (characters ^ 0x3030303030303030u) & ~std::uint64_t{0} << (64 - 8 * count);  // zeros in front
+  return characters;
+}
+
+/// The highest 1 to 8 bytes.
+inline constexpr std::uint64_t highBytes(unsigned count) {
+  return ~std::uint64_t{0} << (64 - 8 * count);
+}
+
+/// The number that the last 1 to 8 of the given characters make. All bits of `faults` stay as they are when those are
+/// digits.
+inline std::uint64_t lastDigits(std::uint64_t characters, unsigned count, std::uint64_t& faults) {
+  characters = (characters ^ 0x3030303030303030u) & highBytes(count);  // zeros in front
   faults |= ((characters + 0x7676767676767676u) | characters) & 0x8080808080808080u;
   return eightDigits(characters);
+}
+
+/// The same for the characters in front of `end`, of which 8 may be read.
+inline std::uint64_t digitsBefore(const char* end, unsigned count, std::uint64_t& faults) {
+  return lastDigits(charactersBefore(end), count, faults);
 }
 
 /// The same for the last character alone, of which no others are read.

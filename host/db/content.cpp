@@ -156,11 +156,15 @@ std::vector<dxf::RecordId> Database::blocks() const {
   return blocks;
 }
 
-dxf::RecordId Database::blockOfEntity(dxf::RecordId entity) const {
+bool Database::isTopLevelEntity(dxf::RecordId record) const {
   const dxf::RecordId head = m_file.section("ENTITIES");
-  const dxf::RecordId anchor = m_file.anchor(entity);
+  const dxf::RecordId anchor = m_file.anchor(record);
   const bool isInSection = head != dxf::kNoRecord && anchor >= head && anchor <= m_structure->lastOf("ENTITIES");
-  if (!isInSection || entity == head || isPartOfEntityBefore(m_file.type(entity))) return dxf::kNoRecord;
+  return isInSection && record != head && !isPartOfEntityBefore(m_file.type(record));
+}
+
+dxf::RecordId Database::blockOfEntity(dxf::RecordId entity) const {
+  if (!isTopLevelEntity(entity)) return dxf::kNoRecord;
   if (!isInPaperSpace(m_file.groups(entity))) return modelSpace();
   const dxf::RecordId record = m_structure->symbol(dxf::RecordType::blockRecord, L"*Paper_Space");
   return record != dxf::kNoRecord ? record : m_structure->block(L"$PAPER_SPACE");

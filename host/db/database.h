@@ -143,6 +143,8 @@ class TORVA_API Database final : public KdDbDatabase {
   /// Erases a record or brings it back, with the parts of the entity that follow it (VERTEX, ATTRIB, SEQEND).
   void setErased(dxf::RecordId record, bool isErased);
 
+  /// Whether a record is an entity that stands in the ENTITIES section and is not part of another.
+  bool isTopLevelEntity(dxf::RecordId record) const;
   /// The block of an entity that stands in the ENTITIES section and is not part of another: model space, or the paper space
   /// that stands there too; kNoRecord for all others.
   dxf::RecordId blockOfEntity(dxf::RecordId entity) const;

@@ -1,6 +1,7 @@
 #include "draw/display_list.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -13,11 +14,19 @@ constexpr wchar_t kFirstFullWidth = 0x1100;
 constexpr std::wstring_view kNarrowLetters = L" .,:;|!'`iIjl()[]{}/\\ft";
 constexpr std::wstring_view kWideLetters = L"mwMW@%&";
 
+constexpr auto kAsciiWidths = [] {
+  std::array<double, 128> widths{};
+  widths.fill(kLetter);
+  for (std::size_t letter = 'A'; letter <= 'Z'; ++letter) widths[letter] = kCapital;
+  for (const wchar_t letter : kWideLetters) widths[static_cast<std::size_t>(letter)] = kWideLetter;
+  for (const wchar_t letter : kNarrowLetters) widths[static_cast<std::size_t>(letter)] = kNarrowLetter;
+  return widths;
+}();
+
 double letterWidth(wchar_t letter) {
   if (letter >= kFirstFullWidth) return kFullWidthLetter;
-  if (kNarrowLetters.find(letter) != std::wstring_view::npos) return kNarrowLetter;
-  if (kWideLetters.find(letter) != std::wstring_view::npos) return kWideLetter;
-  return letter >= L'A' && letter <= L'Z' ? kCapital : kLetter;
+  const auto code = static_cast<std::size_t>(letter);
+  return code < kAsciiWidths.size() ? kAsciiWidths[code] : kLetter;
 }
 
 bool sweepHolds(const Arc& arc, double angleRad) {
@@ -117,7 +126,7 @@ double mostTextWidth(std::string_view bytes) {
   double width = 0;
   for (const char byte : bytes) {
     const auto code = static_cast<unsigned char>(byte);
-    width += code < 0x80 ? letterWidth(static_cast<wchar_t>(code)) : kWidestLetter;
+    width += code < kAsciiWidths.size() ? kAsciiWidths[code] : kWidestLetter;
   }
   return width;
 }

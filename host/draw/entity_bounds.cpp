@@ -108,6 +108,17 @@ Box3 EntityBounds::drawn(dxf::RecordId entity) const {
   return extents(list);
 }
 
+EntityFacts EntityBounds::factsOf(dxf::RecordId record) const {
+  const dxf::DrawingFile& file = m_database.file();
+  Facts facts;
+  if (m_isPlainText) {
+    readFacts(TextScan(file.bytes(record)), facts, file.type(record));
+  } else {
+    readFacts(GroupScan(file.groups(record)), facts, file.type(record));
+  }
+  return facts;
+}
+
 Box3 EntityBounds::mlineBox(dxf::RecordId entity) const {
   const db::MlineData& mline = m_database.mline(entity);
   return mlineExtents(mline, m_symbols.mlineStyle(mline.styleHandle, mline.styleName));
@@ -181,14 +192,7 @@ Box3 EntityBounds::polylineBox(dxf::RecordId entity, const Facts& facts) {
   const bool isPlane = db::isPlanePolyline(flags);
   PathBox path;
   forEachVertex(file, entity, [&](dxf::RecordId id) {
-    Facts vertex;
-    if (m_isPlainText) {
-      TextScan scan(file.bytes(id));
-      readFacts(scan, vertex, RecordType::vertex);
-    } else {
-      GroupScan scan(file.groups(id));
-      readFacts(scan, vertex, RecordType::vertex);
-    }
+    const Facts vertex = factsOf(id);
     KdGePoint3d point = vertex.values.point(10);
     if (isPlane) point.z = facts.values.real(30);
     if (db::isPolylinePoint(vertex.values.integer(70))) path.add(point, isPlane ? vertex.values.real(42) : 0);
@@ -203,7 +207,7 @@ const EntityBounds::Block& EntityBounds::block(std::string_view name) {
   Block& result = m_blocks.emplace(name, Block{}).first->second;
   const dxf::RecordId record = m_database.findBlock(m_database.file().decode(name));
   if (record == dxf::kNoRecord) return result;
-  result.base = basePointOf(m_database.file(), record);
+  result.base = factsOf(record).values.point(10);
   Box3 box;
   m_database.forEachBlockEntity(record, [&](dxf::RecordId entity) { box.add(of(entity, Level::inBlock)); });
   result.box = box;

@@ -46,6 +46,7 @@ class EntityBounds {
   template <class Scan>
   geom::Box3 scanned(Scan scan, dxf::RecordId entity, Level level);
   geom::Box3 drawn(dxf::RecordId entity) const;
+  Facts factsOf(dxf::RecordId record) const;
 
   geom::Box3 mlineBox(dxf::RecordId entity) const;
   geom::Box3 shapeBox(dxf::RecordId entity, const Facts& facts, Level level);

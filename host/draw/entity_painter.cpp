@@ -21,6 +21,10 @@ constexpr int kMostCopies = 32'767;  // of columns or rows: the range of their g
 
 constexpr int kAttributeInvisible = 1;
 
+KdGePoint3d basePointOf(const dxf::DrawingFile& file, dxf::RecordId block) {
+  return RecordValues(file.groups(block)).point(10);
+}
+
 }  // namespace
 
 geom::Transform Placement::copy(int columnIndex, int rowIndex) const {
@@ -56,10 +60,6 @@ geom::Transform dimensionPlacement(const RecordValues& dimension, const KdGeVect
 dxf::RecordId blockOf(const db::Database& database, dxf::RecordId entity) {
   const std::wstring name = textOf(database.file(), entity, 2);
   return name.empty() ? dxf::kNoRecord : database.findBlock(name);
-}
-
-KdGePoint3d basePointOf(const dxf::DrawingFile& file, dxf::RecordId block) {
-  return RecordValues(file.groups(block)).point(10);
 }
 
 void EntityPainter::paint(dxf::RecordId entity, DisplayList& list) {

@@ -29,7 +29,6 @@ geom::Transform dimensionPlacement(const RecordValues& dimension, const KdGeVect
 
 /// The block (a BLOCK record) that an INSERT, DIMENSION or table shows; kNoRecord when there is none.
 dxf::RecordId blockOf(const db::Database& database, dxf::RecordId entity);
-KdGePoint3d basePointOf(const dxf::DrawingFile& file, dxf::RecordId block);
 
 /// The records that belong to an entity and stand behind it (ATTRIB behind INSERT), erased ones left out.
 template <class Visit>

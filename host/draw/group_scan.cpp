@@ -6,35 +6,37 @@
 #include "dxf/byte_masks.h"
 
 namespace torva::draw {
-bool TextScan::findEnds() {
-  constexpr std::ptrdiff_t kBlock = 64;
-  const std::ptrdiff_t rest = m_end - m_next;
-  const auto find = [&](const char* block) {
-    m_ends = dxf::equalMask64(block, '\n');
-    m_points = dxf::equalMask64(block, '.');
-  };
-  m_block = m_next;
-  if (rest >= kBlock) {
-    find(m_block);
-  } else if (rest > 0 && m_end - m_begin >= kBlock) {
-    find(m_end - kBlock);
-    m_ends >>= kBlock - rest;
-    m_points >>= kBlock - rest;
-  } else {
-    std::array<char, kBlock> copy{};
-    std::copy(m_next, m_end, copy.begin());
-    find(copy.data());
+
+double TextScan::realOf(std::string_view value, std::uint64_t points) {
+  if (points != 0) {
+    const char *const begin = value.data(), *const end = begin + value.size();
+    const PointedDecimal decimal(begin, std::min(begin + std::countr_zero(points), end), end);
+    if (decimal.isValid()) return decimal.nearValue();
   }
-  return withoutLowestBit(m_ends) != 0;
+  return parseReal(value).value_or(0);
 }
 
-bool TextScan::nextLong() {
-  m_ends = m_points = 0;
-  const std::string_view rest(m_next, static_cast<std::size_t>(m_end - m_next));
+TextScan::Masks TextScan::masksOf(const char* begin, const char* next, const char* end) {
+  constexpr std::ptrdiff_t kBlock = 64;
+  const std::ptrdiff_t rest = end - next;
+  const auto find = [](const char* block) { return Masks{dxf::equalMask64(block, '\n'), dxf::equalMask64(block, '.')}; };
+  if (rest >= kBlock) return find(next);
+  if (rest > 0 && end - begin >= kBlock) {
+    const Masks masks = find(end - kBlock);
+    return {masks.ends >> (kBlock - rest), masks.points >> (kBlock - rest)};
+  }
+  std::array<char, kBlock> copy{};
+  std::copy(next, end, copy.begin());
+  return find(copy.data());
+}
+
+TextScan::GroupEnds TextScan::longGroup(const char* next, const char* end) {
+  const std::string_view rest(next, static_cast<std::size_t>(end - next));
   const std::size_t codeEnd = rest.find('\n');
-  if (codeEnd == std::string_view::npos) return false;
+  if (codeEnd == std::string_view::npos) return {};
   const std::size_t valueEnd = rest.find('\n', codeEnd + 1);
-  return valueEnd != std::string_view::npos && take(m_next + codeEnd, m_next + valueEnd);
+  if (valueEnd == std::string_view::npos) return {};
+  return {next + codeEnd, next + valueEnd};
 }
 
 }  // namespace torva::draw

@@ -20,7 +20,13 @@ class TextScan {
 
   /// Goes to the next group; false at the end.
   bool next() {
-    if (withoutLowestBit(m_ends) == 0 && !findEnds()) return nextLong();
+    if (withoutLowestBit(m_ends) == 0) {
+      const Masks masks = masksOf(m_begin, m_next, m_end);
+      m_block = m_next;
+      m_ends = masks.ends;
+      m_points = masks.points;
+      if (withoutLowestBit(m_ends) == 0) return nextLong();
+    }
     const char* const codeEnd = takeEnd();
     const char* const valueEnd = takeEnd();
     return take(codeEnd, valueEnd);
@@ -34,17 +40,12 @@ class TextScan {
   /// Within two units in the last place for the plain decimals that fill drawings: meant for boxes only.
   double real() const {
     const std::string_view value = text();
-    // Numbers like 0.0 and 1.0 are the most frequent by far.
+    // Numbers like 0.0 and 1.0 are the most frequent by far, then flags.
     if (value.size() == 3 && value[1] == '.' && isDigit(value[0]) && isDigit(value[2])) {
       return (value[0] - '0') + 0.1 * (value[2] - '0');
     }
-    if (m_points != 0) {
-      const char* const end = value.data() + value.size();
-      const char* const point = m_value + std::countr_zero(m_points >> (m_value - m_block));
-      const PointedDecimal decimal(m_value, std::min(point, end), end);
-      if (decimal.isValid()) return decimal.nearValue();
-    }
-    return parseReal(value).value_or(0);
+    if (value.size() == 1 && isDigit(value[0])) return value[0] - '0';
+    return realOf(value, m_points >> (m_value - m_block));
   }
 
   static bool isOwnPart(int code) {
@@ -76,10 +77,28 @@ class TextScan {
     return hasThreeColumns ? (line[0] & 15) * 100 + (line[1] & 15) * 10 + (line[2] & 15) : dxf::parseGroupCode(line);
   }
 
-  /// Finds the line ends and points of the next 64 bytes; false when they do not hold a group.
-  bool findEnds();
-  /// As next(), for a group that is longer or not complete.
-  bool nextLong();
+  /// Where lines end and points stand within 64 bytes.
+  struct Masks {
+    std::uint64_t ends, points;
+  };
+  struct GroupEnds {
+    const char *code, *value;  // null when the group is not complete
+  };
+
+  // Static, so that a scan can live in registers.
+  /// Bit i of `points` tells whether a point stands i characters behind the value's begin.
+  static double realOf(std::string_view value, std::uint64_t points);
+  static Masks masksOf(const char* begin, const char* next, const char* end);
+  static GroupEnds longGroup(const char* next, const char* end);
+
+  /// As next(), for a group that is longer than 64 bytes or not complete.
+  bool nextLong() {
+    m_ends = m_points = 0;
+    const GroupEnds ends = longGroup(m_next, m_end);
+    if (!ends.value) return false;
+    m_block = ends.code + 1;
+    return take(ends.code, ends.value);
+  }
 
   const char *m_begin, *m_end;
   const char* m_value = nullptr;

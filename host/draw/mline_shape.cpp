@@ -235,23 +235,13 @@ double drawnLength(const db::MlineData& mline, std::size_t element) {
   return length;
 }
 
-void MlineExtents::addOffset(double offset) {
-  m_miterPoint = m_position + m_miter * offset;
-  m_ring.box.add(m_miterPoint);
-  m_ring.least = m_ring.count == 0 ? offset : std::min(m_ring.least, offset);
-  m_ring.most = m_ring.count == 0 ? offset : std::max(m_ring.most, offset);
-  ++m_ring.count;
-}
-
-void MlineExtents::addFormerOffsets() {
-  // All others lie between these two.
-  if (m_last.count > 0) addOffset(m_last.least);
-  if (m_last.count > 1) addOffset(m_last.most);
-  m_ring.count = m_last.count;
-}
-
 void MlineExtents::endVertex() {
   m_ring.miterLength = m_miter.length();
+  if (m_ring.count > 0) {
+    // All others lie between these two.
+    m_ring.box.add(miterPoint(m_ring.least));
+    m_ring.box.add(miterPoint(m_ring.most));
+  }
   m_vertexBox.add(m_ring.box);
   m_points.add(m_vertexBox);
   if (!std::exchange(m_hasFirst, true)) m_first = m_ring;

@@ -38,13 +38,18 @@ class MlineExtents {
   KdGePoint3d& position() { return m_position; }
   KdGeVector3d& miter() { return m_miter; }
   /// The place of an element on the miter: a list's first value. Requires: the vertex's point and miter are known.
-  void addOffset(double offset);
+  void addOffset(double offset) {
+    m_offset = offset;
+    m_ring.least = m_ring.count == 0 ? offset : std::min(m_ring.least, offset);
+    m_ring.most = m_ring.count == 0 ? offset : std::max(m_ring.most, offset);
+    ++m_ring.count;
+  }
   /// The same for the offsets that the vertex before has. Requires: that has no cuts.
-  void addFormerOffsets();
+  void addFormerOffsets() { m_ring.least = m_last.least, m_ring.most = m_last.most, m_ring.count = m_last.count; }
   /// Whether the vertex has any cuts until now.
   bool hasCuts() const { return !m_vertexBox.isEmpty(); }
   /// The place of a cut on the last added element.
-  void addCut(const KdGeVector3d& fromMiter) { m_vertexBox.add(m_miterPoint + fromMiter); }
+  void addCut(const KdGeVector3d& fromMiter) { m_vertexBox.add(miterPoint(m_offset) + fromMiter); }
   void endVertex();
   /// False: every vertex counts.
   static constexpr bool isDone() { return false; }
@@ -69,8 +74,12 @@ class MlineExtents {
 
     geom::Box3 withRoundCap() const { return box.grownBy((most - least) * miterLength / 2); }
   };
-  KdGePoint3d m_position, m_miterPoint;
+
+  KdGePoint3d miterPoint(double offset) const { return m_position + m_miter * offset; }
+
+  KdGePoint3d m_position;
   KdGeVector3d m_miter;
+  double m_offset = 0;
   Ring m_ring, m_first, m_last;
   bool m_hasFirst = false;
   geom::Box3 m_vertexBox, m_points;

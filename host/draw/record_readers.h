@@ -44,12 +44,12 @@ bool readCommon(const Scan& scan, EntityFacts& facts) {
 
 /// Takes nothing else of a record.
 template <class Scan>
-void readCommonFacts(Scan& scan, EntityFacts& facts) {
+void readCommonFacts(Scan scan, EntityFacts& facts) {
   while (scan.next()) readCommon(scan, facts);
 }
 
 template <class Scan>
-void readFacts(Scan& scan, EntityFacts& facts, dxf::RecordType type) {
+void readFacts(Scan scan, EntityFacts& facts, dxf::RecordType type) {
   const bool isContent = type == dxf::RecordType::mtext;
   while (scan.next()) {
     if (readCommon(scan, facts)) continue;
@@ -65,7 +65,7 @@ void readFacts(Scan& scan, EntityFacts& facts, dxf::RecordType type) {
 }
 
 template <class Scan>
-geom::Box3 readLightweight(Scan& scan, EntityFacts& facts) {
+geom::Box3 readLightweight(Scan scan, EntityFacts& facts) {
   PathBox path;
   BulgeVertex vertex;
   bool isClosed = false, hasVertex = false;
@@ -100,7 +100,7 @@ geom::Box3 readLightweight(Scan& scan, EntityFacts& facts) {
 
 /// Box of all points with codes 10 and 11: control points hold a spline, vertices a leader.
 template <class Scan>
-geom::Box3 readPoints(Scan& scan, EntityFacts& facts) {
+geom::Box3 readPoints(Scan scan, EntityFacts& facts) {
   geom::Box3 box;
   KdGePoint3d point;
   bool hasPoint = false;
@@ -131,7 +131,7 @@ geom::Box3 readPoints(Scan& scan, EntityFacts& facts) {
 
 /// Box of a hatch whose outlines are straight; nothing for one with bent edges.
 template <class Scan>
-std::optional<geom::Box3> readStraightHatch(Scan& scan, EntityFacts& facts) {
+std::optional<geom::Box3> readStraightHatch(Scan scan, EntityFacts& facts) {
   constexpr double kLineEdge = 1;
   enum class Part { head, polyline, edges, rest } part = Part::head;
   geom::Box3 box;

@@ -23,21 +23,6 @@ RecordValues::RecordValues(const dxf::Groups& groups) {
   }
 }
 
-void RecordValues::set(int code, double value) {
-  const std::size_t index = static_cast<std::size_t>(code - kFirst);
-  if (m_isSet[index]) return;
-  m_values[index] = value;
-  m_isSet.set(index);
-}
-
-bool RecordValues::has(int code) const {
-  return m_isSet[static_cast<std::size_t>(code - kFirst)];
-}
-
-double RecordValues::real(int code, double fallback) const {
-  return has(code) ? m_values[static_cast<std::size_t>(code - kFirst)] : fallback;
-}
-
 int RecordValues::integer(int code, int fallback) const {
   const double value = real(code, fallback);
   const bool fits = std::abs(value) <= std::numeric_limits<int>::max();

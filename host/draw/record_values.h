@@ -19,10 +19,15 @@ class RecordValues {
 
   static bool isCode(int code) { return code >= kFirst && code < kEnd; }
   /// Keeps a value unless there is one with its code. Requires: isCode(code).
-  void set(int code, double value);
+  void set(int code, double value) {
+    const std::size_t index = indexOf(code);
+    if (m_isSet[index]) return;
+    m_values[index] = value;
+    m_isSet[index] = true;
+  }
 
-  bool has(int code) const;
-  double real(int code, double fallback = 0) const;
+  bool has(int code) const { return m_isSet[indexOf(code)]; }
+  double real(int code, double fallback = 0) const { return has(code) ? m_values[indexOf(code)] : fallback; }
   int integer(int code, int fallback = 0) const;
   /// The point that begins with a group code (10: 10, 20, 30); parts that are missing count as 0.
   KdGePoint3d point(int code) const;
@@ -30,6 +35,8 @@ class RecordValues {
 
  private:
   static constexpr int kFirst = 10, kEnd = 80;
+  static std::size_t indexOf(int code) { return static_cast<std::size_t>(code - kFirst); }
+
   std::array<double, kEnd - kFirst> m_values;  // only those with a bit: clearing all would take longer than a record does
   std::bitset<kEnd - kFirst> m_isSet;
 };

@@ -153,7 +153,7 @@ class Picker::Index {
   }
 
   void update(dxf::RecordId entity) {
-    if (m_database.blockOfEntity(entity) == dxf::kNoRecord) return;
+    if (!m_database.isTopLevelEntity(entity)) return;
     if (m_isFollowed) m_changed.push_back({entity, m_boxes.boxOf(entity)});
     m_boxes.set(entity, m_drawer.modelSpaceBounds(entity));
     if (m_isFollowed) m_changed.push_back({entity, m_boxes.boxOf(entity)});
