@@ -131,40 +131,31 @@ void CMlineEdit::mlineEditInitializeForWeldAll(CMlineSegment* seg, long* name, C
   std::fill_n(name, 2, 0L);
 }
 
-// The first accepted in loop order wins, the closing segment being the last. A pick beside a segment goes before one beyond
-// its end, so that of two segments in line the one is found on which the pick lies.
+// The first accepted in loop order wins, the closing segment being the last. A segment holds both its ends, and what lies
+// beyond one by less than the tolerance belongs to that end.
 bool CMlineEdit::resolveWeldPick(CMlineSegment* seg, const double* pick) {
   double pickDcs[3];
   if (vex_wcs2dcs(pick, pickDcs) != 0) return false;
-  const auto isNear = [&](const double* foot) {
-    double footDcs[3];
-    return vex_wcs2dcs(foot, footDcs) == 0 && kdutDistance(pickDcs, footDcs) < spaceBetween;
-  };
-  const auto projectsBeside = [&](const double* from, const double* to, double* foot) {
-    return !isFootFarBeyond(pick, from, to) && gx_ptlndist(pick, from, to, nullptr, foot) == 1;
-  };
-  const auto projectsBeyondEnd = [&](const double* from, const double* to, double* foot) {
+  const auto isOnSegment = [&](const double* from, const double* to) {
+    double foot[3], footDcs[3];
     gx_ptlndist(pick, from, to, nullptr, foot);
     return mlineRealBetween(foot[0], from[0], to[0], spaceBetween) &&
-           mlineRealBetween(foot[1], from[1], to[1], spaceBetween);
+           mlineRealBetween(foot[1], from[1], to[1], spaceBetween) && vex_wcs2dcs(foot, footDcs) == 0 &&
+           kdutDistance(pickDcs, footDcs) < spaceBetween;
   };
-  const auto find = [&](auto projects) {
-    for (int s = 0; s < seg->numVertices; ++s) {
-      const int next = seg->nextVertex(s);
-      for (int e = 0; next >= 0 && e < seg->ptListCount; ++e) {
-        const double *from = seg->ptList[e][s], *to = seg->ptList[e][next];
-        double foot[3];
-        if (!projects(from, to, foot) || !isNear(foot)) continue;
-        nearestPoint(pick, from, to, seg->point);
-        seg->distance = vexengine_distance(from, seg->point);
-        seg->segment = s;
-        seg->element = e;
-        return true;
-      }
+  for (int s = 0; s < seg->numVertices; ++s) {
+    const int next = seg->nextVertex(s);
+    for (int e = 0; next >= 0 && e < seg->ptListCount; ++e) {
+      const double *from = seg->ptList[e][s], *to = seg->ptList[e][next];
+      if (!isOnSegment(from, to)) continue;
+      nearestPoint(pick, from, to, seg->point);
+      seg->distance = vexengine_distance(from, seg->point);
+      seg->segment = s;
+      seg->element = e;
+      return true;
     }
-    return false;
-  };
-  return find(projectsBeside) || find(projectsBeyondEnd);
+  }
+  return false;
 }
 
 bool CMlineEdit::mappingToSpecifyMonglineForWeldAll(CMlineSegment* seg, int element, double* point) {

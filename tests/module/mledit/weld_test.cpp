@@ -120,6 +120,17 @@ TEST_F(WeldRun, PicksInAGapAndBesideAnEndCount) {
   EXPECT_EQ(m_drawing.faults(), "");
 }
 
+TEST_F(WeldRun, APickJustBehindAVertexBelongsToTheEndBeforeIt) {
+  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}, {40, 0, 0}}, {0}});
+  m_drawing.edit(wall, [](KdDbMline& mline) {
+    setList(mline, 0, 0, {0, 0, 12});
+    setList(mline, 1, 0, {0, 0.1});
+  });
+  m_drawing.run("WA\n" + pick(wall, 11, 0) + pick(wall, 20.2, 0) + "\n");
+  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0));
+  EXPECT_THAT(m_drawing.listsOf(wall)[0][1], ElementsAre(0, 0.1));
+}
+
 TEST_F(WeldRun, APickThatMeetsNoLineWeldsNothing) {
   const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}}, {0}});
   m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
