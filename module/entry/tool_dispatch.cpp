@@ -1,9 +1,10 @@
 #include "entry/tool_dispatch.h"
 
-#include <cwchar>
 #include <iterator>
 
 #include "mledit/MlineEdit.h"
+
+#include <kdrx/text.h>
 
 namespace {
 
@@ -27,7 +28,7 @@ constexpr int kToolCount = static_cast<int>(std::size(kTools));
 
 int toolOfKeyword(const wchar_t* keyword) {
   for (int i = 0; i < kToolCount; ++i) {
-    if (wcscasecmp(keyword, kTools[i].keyword) == 0) return i + 1;
+    if (kdutEqualsIgnoringCase(keyword, kTools[i].keyword)) return i + 1;
   }
   return 0;
 }
