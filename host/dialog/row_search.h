@@ -1,5 +1,9 @@
 #pragma once
 
+#include <string>
+
+#include <kdrx/text.h>
+
 #include <QtCore/QString>
 
 namespace torva::dialog {
@@ -17,15 +21,18 @@ int findRow(int count, int after, const TextOf& textOf, const Matches& matches) 
   return -1;
 }
 
-inline auto beginsWith(const wchar_t* text) {
-  return [wanted = QString::fromWCharArray(text ? text : L"")](const QString& row) {
-    return row.startsWith(wanted, Qt::CaseInsensitive);
+// Rows often are names in a drawing, so they are compared as those: what one takes for two names must not be one to the
+// other.
+
+inline auto isText(const wchar_t* text) {
+  return [wanted = std::wstring(text ? text : L"")](const QString& row) {
+    return kdutEqualsIgnoringCase(row.toStdWString().c_str(), wanted.c_str());
   };
 }
 
-inline auto isText(const wchar_t* text) {
-  return [wanted = QString::fromWCharArray(text ? text : L"")](const QString& row) {
-    return row.compare(wanted, Qt::CaseInsensitive) == 0;
+inline auto beginsWith(const wchar_t* text) {
+  return [wanted = std::wstring(text ? text : L"")](const QString& row) {
+    return kdutEqualsIgnoringCase(row.toStdWString().substr(0, wanted.size()).c_str(), wanted.c_str());
   };
 }
 

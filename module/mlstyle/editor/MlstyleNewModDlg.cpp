@@ -227,7 +227,7 @@ void CMlstyleNewModDlg::CreateStyle() {
   const COpenedObject<KdDbDictionary> styles(m_dictionary, KdOpenMode::forWrite);
   const COpenedObject<KdDbMlineStyle> source(m_style, KdOpenMode::forRead);
   m_style.setNull();
-  if (!styles || !source) return;
+  if (!styles || !source || styles->has(m_newName)) return;
   auto style = std::make_unique<KdDbMlineStyle>();
   style->initMlineStyle();
   style->set(*source.Get());

@@ -237,7 +237,8 @@ bool CMlineStyleDialog::RenameStyle(const CStdStr<wchar_t>& oldName, const CStdS
   const COpenedObject<KdDbDictionary> styles(m_dictionary, KdOpenMode::forWrite);
   if (!styles) return false;
   const COpenedObject<KdDbMlineStyle> style(styleIn(*styles.Get(), oldName), KdOpenMode::forWrite);
-  return style && style->setName(newName) == KdStatus::ok && styles->setName(oldName, newName) == KdStatus::ok;
+  // First the step that the drawing may refuse.
+  return style && styles->setName(oldName, newName) == KdStatus::ok && style->setName(newName) == KdStatus::ok;
 }
 
 void CMlineStyleDialog::OnDeleteStyle() {

@@ -389,6 +389,15 @@ TEST_F(StyleEditorTest, ANewStyleIsThereUntilItIsCancelled) {
   EXPECT_TRUE(bytes() == before);
 }
 
+TEST_F(StyleEditorTest, ANewStyleDoesNotTakeTheNameOfAnother) {
+  addStyle(L"FRESH", L"taken");
+  drawing().flush();
+  const std::string before = bytes();
+  edit(EStyleEdit::newStyle, L"Rich", pressCancel);
+  edit(EStyleEdit::newStyle, L"Rich", pressOk);
+  EXPECT_TRUE(bytes() == before);
+}
+
 TEST_F(StyleEditorTest, ItsPlaceIsKeptWithOkAlone) {
   const auto kept = [] { return kdrxGetProfileInt(L"Settings", L"MlstyNewModDlgPosLeft", -10000); };
   QPoint place;

@@ -19,10 +19,12 @@ const Name kNames[] = {
     {"a-b", true, false},        {"a$b", true, false},         {"two words", false, false}, {"a.b", false, false},
     {"a,b", false, false},       {"standard", false, false},   {"STANDARD2", true, true},   {"wALL", false, false},
     {"Stra\u00dfe", true, true}, {"\u0416\u4e2d", true, true}, {"a\u00a0b", false, false},  {"a\u2013b", false, false},
+    {"kap\u0131", false, false},
 };
 
 TEST_F(StyleNamesTest, OnlyGoodNamesMayBeConfirmed) {
   addStyle(L"Wall");
+  addStyle(L"KAPI");
   const auto tryNames = [](QDialog& dialog, int editId, bool Name::*isGood) {
     auto& edit = control<QLineEdit>(dialog, editId);
     const auto& confirm = control<QPushButton>(dialog, IDOK);
@@ -47,7 +49,7 @@ TEST_F(StyleNamesTest, OnlyGoodNamesMayBeConfirmed) {
   withNextDialog([&](QDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), "Create New Multiline Style");
     EXPECT_EQ(control<QComboBox>(dialog, 1036).currentText(), "Wall");
-    EXPECT_EQ(control<QComboBox>(dialog, 1036).count(), 2);
+    EXPECT_EQ(control<QComboBox>(dialog, 1036).count(), 3);
     tryNames(dialog, 1035, &Name::isForNew);
     control<QComboBox>(dialog, 1036).setCurrentText("STANDARD");
     QTest::keyClick(&control<QLineEdit>(dialog, 1035), Qt::Key_Return);
