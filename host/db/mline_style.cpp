@@ -206,6 +206,12 @@ KdStatus KdDbMlineStyle::getElementAt(int index, double& offset, KdCmColor& colo
   return KdStatus::ok;
 }
 
+KdStatus KdDbMlineStyle::getLinetypeNameAt(int index, std::wstring& name) const {
+  if (!isElement(*this, index)) return KdStatus::invalidIndex;
+  name = impOf(*this).data().elements[static_cast<std::size_t>(index)].linetype;
+  return KdStatus::ok;
+}
+
 KdStatus KdDbMlineStyle::setElement(int index, double offset, const KdCmColor& color, KdDbObjectId linetype) {
   MlineStyleImp& imp = impOf(*this);
   if (!imp.isWritable()) return KdStatus::notOpen;

@@ -55,6 +55,9 @@ class KDRX_API KdDbMlineStyle : public KdDbObject {
   /// @param linetype null when the linetype's name is not in the drawing; by layer is a linetype of most drawings too
   /// @return invalidIndex; the outputs are unchanged then
   KdStatus getElementAt(int index, double& offset, KdCmColor& color, KdDbObjectId& linetype) const;
+  /// The name of an element's linetype as the style has it, also one that is not in the drawing.
+  /// @return invalidIndex; `name` is unchanged then
+  KdStatus getLinetypeNameAt(int index, std::wstring& name) const;
   /// Replaces an element. A null linetype is by layer, but leaves a name alone that is not in the drawing.
   /// Elements of a style in a drawing are sorted, largest offset first, when the style is closed.
   /// @return notOpen, invalidIndex, invalidInput (offset no number), unknownObjectId (no linetype of the drawing)

@@ -42,6 +42,11 @@ TEST_F(MlineStyleTest, ReadsAStyle) {
   EXPECT_EQ(elementOf(*style, 0).linetype, id(0x14)) << "names of linetypes ignore case";
   EXPECT_EQ(elementOf(*style, 1).color, KdCmColor::trueColor(0xFF0000));
   EXPECT_TRUE(elementOf(*style, 1).linetype.isNull());
+  std::wstring linetype = L"as it was";
+  EXPECT_EQ(style->getLinetypeNameAt(3, linetype), KdStatus::invalidIndex);
+  EXPECT_EQ(linetype, L"as it was");
+  EXPECT_EQ(style->getLinetypeNameAt(1, linetype), KdStatus::ok);
+  EXPECT_EQ(linetype, L"MISSING");
   EXPECT_EQ(elementOf(*style, 2).offset, -1);
   EXPECT_EQ(elementOf(*style, 2).color, KdCmColor::byIndex(4));
 }

@@ -61,6 +61,16 @@ class CRecordBuilder {
   LibraryLines m_lines;
 };
 
+// Never nothing: elements are read by the place of their lines, so one line too few would take the next record's elements
+// for this one's.
+std::wstring linetypeName(const KdDbMlineStyle& style, int index, KdDbObjectId linetype) {
+  const COpenedObject<KdDbLinetypeTableRecord> opened(linetype, KdOpenMode::forRead);
+  if (opened) return opened->name();
+  std::wstring name;
+  style.getLinetypeNameAt(index, name);
+  return name.empty() ? L"ByLayer" : name;
+}
+
 void addElement(CRecordBuilder& record, const KdDbMlineStyle& style, int index) {
   double offset = 0;
   KdCmColor color;
@@ -71,8 +81,7 @@ void addElement(CRecordBuilder& record, const KdDbMlineStyle& style, int index) 
   if (color.isTrueColor()) record.pair(L"420", std::to_wstring(static_cast<std::int32_t>(color.color())));
   const KdCmColor& fill = style.fillColor();
   if (!color.colorName().empty() && hasBookKey(fill)) record.pair(L"430", fill.dictionaryKey());
-  const COpenedObject<KdDbLinetypeTableRecord> opened(linetype, KdOpenMode::forRead);
-  if (opened) record.pair(L"6", opened->name());
+  record.pair(L"6", linetypeName(style, index, linetype));
 }
 
 }  // namespace

@@ -10,7 +10,8 @@
 ///
 /// The format is our own and kept as it is: the flag line (70) holds one of the style's flags, the first of fill, joints and
 /// caps that is on; true colors of elements are written signed, that of the fill unsigned; the color-book line (430) of an
-/// element holds the fill's name. An element whose linetype is none of the drawing has no linetype line.
+/// element holds the fill's name. An element whose linetype is none of the drawing has the name of it all the same: our
+/// own decision, as a record without that line could not be read.
 LibraryLines styleRecord(const KdDbMlineStyle& style, const std::wstring& name);
 
 /// Puts a record into the lines of a library: in the place of the first one of that name (ignoring case), else at the end.

@@ -185,4 +185,17 @@ TEST_F(LibraryTest, WhatIsSavedLoadsButForItsColorsAndSecondFlags) {
   EXPECT_EQ(read(L"TWO").elements[1], saved.elements[1]);
 }
 
+TEST_F(LibraryTest, ALinetypeThatTheDrawingLacksIsWritten) {
+  put({L"TWO", L"", 0, {{2, 1, L"HIDDEN"}, {1, 2}}});
+  drawing().flush();
+  std::string bytes = drawing().file().toBytes();
+  bytes.replace(bytes.find("HIDDEN"), 6, "RARELY");
+  run("OPEN Y \"" + folder.write("lacking.dxf", bytes) + "\"\n");
+  put({L"NEXT", L"", 0, {{9, 3}}});
+  for (const wchar_t* name : {L"TWO", L"NEXT"}) EXPECT_TRUE(saveToLibrary(path("test.mln"), name, dictionary()));
+  run("NEW Y\n");
+  EXPECT_TRUE(load(folder.read("test.mln")));
+  EXPECT_THAT(read(L"TWO").elements, ElementsAre(Element{2, 1, L"HIDDEN"}, Element{1, 2}));
+}
+
 }  // namespace
