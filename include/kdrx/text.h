@@ -18,6 +18,16 @@ KDRX_API KdModuleHandle AfxGetResourceHandle() noexcept;
 KDRX_API std::wstring kdutWideFromUtf8(const std::string& text);
 KDRX_API std::string kdutUtf8FromWide(const std::wstring& text);
 
+/// What the text of a file is written in: a Windows code page by its number, or UTF-8.
+inline constexpr int kKdUtf8 = 65001;
+
+/// The text of a file that may be older than UTF-8: UTF-8 if all of it is, else in the code page of the working drawing if
+/// all of it is, else in 1252, whose free bytes are control characters. So it holds nothing but characters.
+/// @param[out] codePage what it is written in
+KDRX_API std::wstring kddbWideFromFileText(const std::string& content, int& codePage);
+/// The reverse. A text that the code page cannot hold, or that would not be read as one of that page, becomes UTF-8.
+KDRX_API std::string kddbFileTextFromWide(const std::wstring& text, int codePage);
+
 /// Whether two texts are equal ignoring case, as names in drawings are compared. Null equals null alone.
 KDRX_API bool kdutEqualsIgnoringCase(const wchar_t* a, const wchar_t* b) noexcept;
 

@@ -6,12 +6,11 @@
 #include <iterator>
 #include <limits>
 
-#include <kdrx/text.h>
-
 namespace {
 
 constexpr std::size_t kLongestLine = 2048;
-constexpr wchar_t kByteOrderMark = 0xFEFF;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr wchar_t kBlanks[] = L" \t";
 
 }  // namespace
 
@@ -26,24 +25,16 @@ std::optional<std::string> readLibraryFile(const std::wstring& path) {
   return content;
 }
 
-LibraryLines splitLines(const std::string& content) {
-  LibraryLines lines;
-  for (std::size_t begin = 0; begin < content.size();) {
-    const std::size_t end = std::min(content.find('\n', begin), content.size());
-    lines.push_back(kdutWideFromUtf8(content.substr(begin, end - begin)));
-    begin = end + 1;
-  }
-  return lines;
+LibraryText decodeLibrary(const std::string& content) {
+  LibraryText library;
+  library.hasMark = content.starts_with(kByteOrderMark);
+  library.text = kddbWideFromFileText(library.hasMark ? content.substr(kByteOrderMark.size()) : content, library.codePage);
+  return library;
 }
 
-std::string joinLines(const LibraryLines& lines) {
-  std::string content;
-  for (const std::wstring& line : lines) content += kdutUtf8FromWide(line) + '\n';
-  return content;
-}
-
-CLibraryReader::CLibraryReader(const std::string& content) : m_text(kdutWideFromUtf8(content)) {
-  if (m_text.starts_with(kByteOrderMark)) m_text.erase(0, 1);
+std::string encodeLibrary(const LibraryText& library) {
+  const std::string content = kddbFileTextFromWide(library.text, library.codePage);
+  return library.hasMark ? std::string(kByteOrderMark) + content : content;
 }
 
 bool CLibraryReader::next(std::wstring& line) {
@@ -69,6 +60,20 @@ bool CLibraryReader::skipTo(const wchar_t* text) {
   return false;
 }
 
+std::optional<std::size_t> CLibraryReader::skipToRecord(const std::wstring& name) {
+  const std::wstring wanted = withoutBlanks(name.substr(0, kLongestLine));
+  // Each line may be the first of a record, also one that stands where a name was looked for.
+  std::wstring first, second, third;
+  std::size_t begins[] = {0, 0, m_at};
+  while (next(third)) {
+    if (isLine(first, L"MLSTYLE") && isLine(second, L"2") && isLine(withoutBlanks(third), wanted.c_str())) return begins[0];
+    first = std::exchange(second, std::move(third));
+    std::shift_left(std::begin(begins), std::end(begins), 1);
+    begins[2] = m_at;
+  }
+  return std::nullopt;
+}
+
 int CLibraryReader::mostElementsLeft() const {
   constexpr std::size_t kShortestElement = 7;  // "49" and five empty lines, the last without its end
   constexpr std::size_t kMost = std::numeric_limits<int>::max();
@@ -77,4 +82,9 @@ int CLibraryReader::mostElementsLeft() const {
 
 bool isLine(const std::wstring& line, const wchar_t* text) {
   return kdutEqualsIgnoringCase(line.c_str(), text);
+}
+
+std::wstring withoutBlanks(const std::wstring& line) {
+  const std::size_t first = std::min(line.find_first_not_of(kBlanks), line.size());
+  return line.substr(first, line.find_last_not_of(kBlanks) + 1 - first);
 }

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr wchar_t kBlanks[] = L" \t";
 constexpr wchar_t kSpaces[] = L" \t\n\v\f\r";
 
 // The number at the front of a text, blanks and a plus sign passed over; 0 when there is none.
@@ -38,17 +37,6 @@ unsigned colorOf(const std::wstring& text) {
   const bool isDigit = !text.empty() && text[0] >= L'0' && text[0] <= L'9';
   const unsigned rgb = isDigit ? static_cast<unsigned>(text[0] - L'0') : 0;
   return (rgb & 0xFF) << 16 | (rgb & 0xFF00) | (rgb >> 16 & 0xFF);
-}
-
-bool findRecord(CLibraryReader& reader, const std::wstring& name) {
-  std::wstring line;
-  while (reader.skipTo(L"MLSTYLE")) {
-    if (!reader.next(line)) return false;
-    if (!isLine(line, L"2")) continue;
-    if (!reader.nextValue(line)) return false;
-    if (isLine(line, name.c_str())) return true;
-  }
-  return false;
 }
 
 // The elements of a record, one entry each.
@@ -135,7 +123,7 @@ void setStyleValue(KdDbMlineStyle& style, KdCmColor& fill, const std::wstring& c
 
 std::vector<std::wstring> styleNames(const std::string& content) {
   std::vector<std::wstring> names;
-  CLibraryReader reader(content);
+  CLibraryReader reader(decodeLibrary(content).text);
   std::wstring line;
   const auto next = [&] {
     if (!reader.next(line)) return false;
@@ -144,15 +132,14 @@ std::vector<std::wstring> styleNames(const std::string& content) {
   };
   while (next()) {
     if (line != L"2" || !next()) continue;
-    const std::size_t first = std::min(line.find_first_not_of(kBlanks), line.size());
-    names.push_back(line.substr(first, line.find_last_not_of(kBlanks) + 1 - first));
+    names.push_back(withoutBlanks(line));
   }
   return names;
 }
 
 bool readStyle(const std::string& content, const std::wstring& name, KdDbMlineStyle& style, KdDbDatabase* database) {
-  CLibraryReader reader(content);
-  if (!findRecord(reader, name)) return false;
+  CLibraryReader reader(decodeLibrary(content).text);
+  if (!reader.skipToRecord(name)) return false;
   KdCmColor fill = style.fillColor();
   std::wstring code, value;
   while (reader.next(code) && code != L"0") {

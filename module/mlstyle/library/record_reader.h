@@ -10,8 +10,8 @@
 /// off.
 std::vector<std::wstring> styleNames(const std::string& content);
 
-/// Reads the first record of a name (ignoring case) into a style that is open for write. What the record lacks stays as it
-/// is.
+/// Reads the first record of a name (ignoring case and blanks around) into a style that is open for write. What the record
+/// lacks stays as it is.
 /// @return false when there is no such record; nothing is changed then
 ///
 /// The format is our own and kept as it is: true colors do not survive, as of the number in a color line (420) the first

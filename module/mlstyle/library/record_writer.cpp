@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int kAngleDigits = 14, kOffsetDigits = 14;
+constexpr wchar_t kNoCharacter = 0xFFFD;
 constexpr std::size_t kLongestKey = 2048;
 
 bool hasBookKey(const KdCmColor& color) {
@@ -46,12 +47,17 @@ std::wstring offsetText(double offset) {
   return std::wstring(text, end);
 }
 
+bool isNoCharacter(wchar_t c) {
+  return c >= 0xD800 && c <= 0xDFFF;
+}
+
 class CRecordBuilder {
  public:
   void mark(const wchar_t* line) { m_lines.push_back(line); }
   void pair(const wchar_t* code, std::wstring value) {
-    // A line feed would end the line.
+    // A line feed would end the line, and a byte that is no character would make the file none of UTF-8.
     std::ranges::replace(value, L'\n', L' ');
+    std::ranges::replace_if(value, isNoCharacter, kNoCharacter);
     m_lines.push_back(code);
     m_lines.push_back(L' ' + value);
   }
@@ -104,11 +110,17 @@ LibraryLines styleRecord(const KdDbMlineStyle& style, const std::wstring& name) 
   return record.take();
 }
 
-void putRecord(LibraryLines& library, const LibraryLines& record, const std::wstring& name) {
-  const std::wstring pattern[] = {L"MLSTYLE", L"2", L' ' + name};
-  const auto isSame = [](const std::wstring& line, const std::wstring& text) { return isLine(line, text.c_str()); };
-  const auto begin = std::search(library.begin(), library.end(), std::begin(pattern), std::end(pattern), isSame);
-  auto end = std::find_if(begin, library.end(), [](const std::wstring& line) { return isLine(line, L"0"); });
-  if (end != library.end()) ++end;
-  library.insert(library.erase(begin, end), record.begin(), record.end());
+void putRecord(std::wstring& library, const LibraryLines& record) {
+  constexpr std::size_t kName = 2;
+  std::wstring text;
+  for (const std::wstring& line : record) text += line + L'\n';
+  if (!library.empty() && library.back() != L'\n') library += L'\n';
+  CLibraryReader reader(library);
+  const auto former = reader.skipToRecord(record[kName]);
+  if (!former) {
+    library += text;
+    return;
+  }
+  reader.skipTo(L"0");
+  library.replace(*former, reader.position() - *former, text);
 }

@@ -14,5 +14,6 @@
 /// own decision, as a record without that line could not be read.
 LibraryLines styleRecord(const KdDbMlineStyle& style, const std::wstring& name);
 
-/// Puts a record into the lines of a library: in the place of the first one of that name (ignoring case), else at the end.
-void putRecord(LibraryLines& library, const LibraryLines& record, const std::wstring& name);
+/// Puts a record into the text of a library: in the place of the first one of its name (ignoring case and blanks around),
+/// else at the end. Requires: the record comes from styleRecord().
+void putRecord(std::wstring& library, const LibraryLines& record);

@@ -47,9 +47,9 @@ bool saveToLibrary(const std::wstring& path, const std::wstring& name, KdDbObjec
   std::error_code ignored;
   const auto former = std::filesystem::exists(file, ignored) ? readLibraryFile(path) : std::string();
   if (!former) return false;
-  LibraryLines library = splitLines(*former);
-  putRecord(library, styleRecord(*style.Get(), name), name);
-  const std::string content = joinLines(library);
+  LibraryText library = decodeLibrary(*former);
+  putRecord(library.text, styleRecord(*style.Get(), name));
+  const std::string content = encodeLibrary(library);
   return kdutReplaceFile(file.c_str(), content.data(), content.size()) == kKdInputNormal;
 }
 

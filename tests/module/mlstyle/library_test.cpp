@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "base/text.h"
 #include "mlstyle/library/record_reader.h"
 #include "mlstyle/library/style_library.h"
 #include "module/mlstyle/style_host.h"
@@ -76,8 +77,11 @@ TEST_F(LibraryTest, SavingReplacesTheRecordInItsPlace) {
       {"in front", two + kOne, record + kOne},
       {"between", kOne + two + two, kOne + record + two},
       {"without an end", kOne + lines("MLSTYLE 2 _TWO 3"), kOne + record},
-      {"other names", kOne + "odd \xFF line\n" + lines("MLSTYLE 2 TWO 0"),
-       kOne + "odd \xFF line\n" + lines("MLSTYLE 2 TWO 0") + record},
+      {"other names", kOne + lines("MLSTYLE 2 _TWOS 0"), kOne + lines("MLSTYLE 2 _TWOS 0") + record},
+      {"blanks around its name", kOne + lines("MLSTYLE 2 __two_ 0"), kOne + record},
+      {"behind the begin of another", lines("MLSTYLE MLSTYLE 2 _two 0"), "MLSTYLE\n" + record},
+      {"where a name should stand", lines("MLSTYLE 2 MLSTYLE 2 _two 0"), "MLSTYLE\n2\n" + record},
+      {"first, behind a byte order mark", "\xEF\xBB\xBF" + two + kOne, "\xEF\xBB\xBF" + record + kOne},
       {"last line without its end", kOne + "\r\nend", kOne + "\r\nend\n" + record},
       {"carriage returns", "MLSTYLE\r\n2\r\n TWO\r\n0\r\n", "MLSTYLE\r\n2\r\n TWO\r\n0\r\n" + record},
   };
@@ -138,6 +142,9 @@ TEST_F(LibraryTest, OddRecordsAreReadAsTheyStand) {
        true,
        {{7, 5}, {1, 1}}},
       {"more than it says", lines(head + "71 _1 49 _1 62 _1 6 _BYLAYER 49 _2 62 _1 6 _BYLAYER 0"), true, {{1, 1}}},
+      {"blanks around its name", lines("MLSTYLE 2 __TWO_ 71 _1 49 _1 62 _1 6 _BYLAYER 0"), true, {{1, 1}}},
+      {"behind the begin of another", lines("MLSTYLE " + head + "71 _1 49 _1 62 _1 6 _BYLAYER 0"), true, {{1, 1}}},
+      {"where a name should stand", lines("MLSTYLE 2 " + head + "71 _1 49 _1 62 _1 6 _BYLAYER 0"), true, {{1, 1}}},
       {"unknown lines between", lines("x " + head + "99 _3 71 _1 y 49 _1 62 _1 6 _BYLAYER 0"), true, {{1, 1}}},
       {"true color",
        lines(head + "71 _1 49 _1 62 _1 420 _16711680 6 _BYLAYER 0"),
@@ -183,6 +190,52 @@ TEST_F(LibraryTest, WhatIsSavedLoadsButForItsColorsAndSecondFlags) {
   EXPECT_NEAR(read(L"TWO").elements[0].offset, 1 / 3.0, 1e-14);
   EXPECT_EQ(read(L"TWO").elements[0].linetype, L"HIDDEN");
   EXPECT_EQ(read(L"TWO").elements[1], saved.elements[1]);
+}
+
+TEST_F(LibraryTest, AFileThatIsNotUtf8IsOfACodePageAsAWhole) {
+  const auto record = [](const std::string& name) {
+    return "MLSTYLE\n2\n " + name + "\n3\n \xDF\x81\n71\n 1\n49\n 7\n62\n 5\n6\n BYLAYER\n0\n";
+  };
+  const struct {
+    const char* page;
+    std::string name;
+    const wchar_t *listed, *description;
+    const char* inUtf8;
+  } cases[] = {
+      {"ANSI_1252", "W\xE4nde", L"W\u00e4nde", L"\u00df\u0081", "W\xC3\xA4nde"},
+      {"ANSI_1251", "\xD1\xF2\xE5\xED\xE0", L"\u0421\u0442\u0435\u043d\u0430", L"\u042f\u0403",
+       "\xD0\xA1\xD1\x82\xD0\xB5\xD0\xBD\xD0\xB0"},
+      {"ANSI_874", "W\xDB", L"W\u00db", L"\u00df\u0081", "W\xC3\x9B"},
+      {"none", "W\xE4nde", L"W\u00e4nde", L"\u00df\u0081", "W\xC3\xA4nde"},
+  };
+  const std::string drawn = drawing().file().toBytes();
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.page);
+    std::string bytes = drawn;
+    bytes.replace(bytes.find("ANSI_1252"), 9, row.page);
+    ASSERT_TRUE(host->openDrawing(folder.write("page.dxf", bytes), torva::dxf::DamagePolicy::refuse));
+    folder.write("test.mln", record(row.name));
+    EXPECT_THAT(listLibrary(path("test.mln")).value(), ElementsAre(row.listed));
+    ASSERT_TRUE(load(record(row.name), row.listed));
+    EXPECT_EQ(read(row.listed).description, row.description);
+    EXPECT_THAT(read(row.listed).elements, ElementsAre(Element{7, 5}));
+    drawing().flush();
+    EXPECT_TRUE(torva::isUtf8(drawing().file().toBytes()));
+    put({L"TWO", row.listed, 0, {{1}}});
+    EXPECT_TRUE(saveToLibrary(path("test.mln"), L"TWO", dictionary()));
+    EXPECT_TRUE(folder.read("test.mln").starts_with(record(row.name)));
+    EXPECT_THAT(folder.read("test.mln"), HasSubstr("\n3\n " + row.name + "\n"));
+    put({L"TWO", L"\u4e2d\xdce4", 0, {{1}}});
+    EXPECT_TRUE(saveToLibrary(path("test.mln"), L"TWO", dictionary()));
+    EXPECT_TRUE(torva::isUtf8(folder.read("test.mln"))) << "what the page lacks makes it UTF-8";
+    EXPECT_THAT(folder.read("test.mln"), HasSubstr(std::string("\n2\n ") + row.inUtf8 + "\n"));
+    EXPECT_THAT(listLibrary(path("test.mln")).value(), ElementsAre(row.listed, L"TWO"));
+  }
+  put({L"TWO", L"\u00c3\u00a4", 0, {{1}}});
+  folder.write("test.mln", record("TWO"));
+  EXPECT_TRUE(saveToLibrary(path("test.mln"), L"TWO", dictionary()));
+  EXPECT_THAT(folder.read("test.mln"), HasSubstr("\n3\n \xC3\x83\xC2\xA4\n"))
+      << "two letters, not the one they would be in UTF-8";
 }
 
 TEST_F(LibraryTest, ALinetypeThatTheDrawingLacksIsWritten) {
