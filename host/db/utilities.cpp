@@ -54,7 +54,8 @@ bool kdutEqualsIgnoringCase(const wchar_t* a, const wchar_t* b) noexcept {
 int kdutReplaceFile(const char* path, const char* content, std::size_t size) noexcept {
   if (!path || (!content && size > 0)) return kKdInputError;
   try {
-    const auto written = torva::dxf::replaceFile(path, {std::string_view(content, size)}, torva::dxf::Backup::none);
+    const auto written = torva::dxf::replaceFile(path, {std::string_view(content, size)}, torva::dxf::Backup::none,
+                                                 torva::dxf::ClosedFolder::writeInPlace);
     return written ? kKdInputNormal : kKdInputError;
   } catch (...) {
     return kKdInputError;

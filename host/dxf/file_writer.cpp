@@ -170,6 +170,25 @@ Result<FileIdentity> writeDirectly(const std::string& path, const std::vector<st
   return identity.value_or(FileIdentity{});
 }
 
+Result<FileIdentity> writeInPlace(const std::string& path, const std::vector<std::string_view>& pieces, off_t formerSize) {
+  const int descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  if (descriptor < 0) return writingError(path, errno);
+  off_t size = 0;
+  for (const std::string_view piece : pieces) size += static_cast<off_t>(piece.size());
+  // What is overwritten cannot be had back, so room is made first.
+  int error = size > formerSize ? posix_fallocate(descriptor, 0, size) : 0;
+  if (error != 0) {
+    size = formerSize;
+  } else {
+    error = writePieces(descriptor, pieces);
+  }
+  if ((ftruncate(descriptor, size) != 0 || fsync(descriptor) != 0) && error == 0) error = errno;
+  const auto identity = identityOf(descriptor);
+  if (close(descriptor) != 0 && error == 0) error = errno;
+  if (error != 0) return writingError(path, error);
+  return identity.value_or(FileIdentity{});
+}
+
 }  // namespace
 
 std::string resolvedPath(const std::string& path) {
@@ -185,7 +204,8 @@ std::string resolvedPath(const std::string& path) {
   return error ? resolved.string() : (folder / resolved.filename()).string();
 }
 
-Result<FileIdentity> replaceFile(const std::string& path, const std::vector<std::string_view>& pieces, Backup backup) {
+Result<FileIdentity> replaceFile(const std::string& path, const std::vector<std::string_view>& pieces, Backup backup,
+                                 ClosedFolder closedFolder) {
   const WriteSignalsIgnored ignored;
   struct stat former {};
   const bool isThere = stat(path.c_str(), &former) == 0;
@@ -196,6 +216,7 @@ Result<FileIdentity> replaceFile(const std::string& path, const std::vector<std:
   if (isThere && access(target.c_str(), W_OK) != 0) return writingError(path, errno);
 
   auto file = TemporaryFile::beside(target);
+  if (!file && isThere && closedFolder == ClosedFolder::writeInPlace) return writeInPlace(target, pieces, former.st_size);
   if (!file) return tl::unexpected(file.error());
   if (const int error = writePieces(file->descriptor(), pieces); error != 0) return writingError(path, error);
   if (isThere) keepPermissions(file->descriptor(), former);

@@ -69,9 +69,10 @@ enum KdAngleUnit : int { kKdDegrees = 0, kKdGrads = 2, kKdRadians = 3 };
 [[nodiscard]] KDRX_API int kddbAngToF(const wchar_t* text, int unit, double* angleRad) noexcept;
 
 /// Writes a file whole: beside `path`, then renamed there, so that at every moment the old or the new content is at `path`.
-/// Links are followed, permissions kept.
+/// Links are followed, permissions kept. Where the folder takes no new files it is written in place, once there is room.
 /// @param path UTF-8
-/// @return kKdInputNormal, or kKdInputError when it cannot be written; the former file is untouched then
+/// @return kKdInputNormal, or kKdInputError when it cannot be written; the former file is untouched then, unless writing in
+///   place fails on the way
 [[nodiscard]] KDRX_API int kdutReplaceFile(const char* path, const char* content, std::size_t size) noexcept;
 
 /// Prints a message on the command line. The text is shown as it stands; it is no format.

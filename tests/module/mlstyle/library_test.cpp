@@ -1,4 +1,6 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "base/text.h"
 #include "mlstyle/library/record_reader.h"
@@ -236,6 +238,27 @@ TEST_F(LibraryTest, AFileThatIsNotUtf8IsOfACodePageAsAWhole) {
   EXPECT_TRUE(saveToLibrary(path("test.mln"), L"TWO", dictionary()));
   EXPECT_THAT(folder.read("test.mln"), HasSubstr("\n3\n \xC3\x83\xC2\xA4\n"))
       << "two letters, not the one they would be in UTF-8";
+}
+
+TEST_F(LibraryTest, AFileInAFolderThatTakesNoNewOnesIsWritten) {
+  put({L"TWO", L"", 0, {{1}}});
+  const std::string record = savedRecord(L"TWO");
+  std::filesystem::create_directory(folder.path("closed"));
+  for (const std::string& former : {std::string(), kOne, lines("MLSTYLE 2 _TWO 3 _" + std::string(9000, 'x') + " 0")}) {
+    folder.write("closed/test.mln", former);
+    for (const char* name : {"", "closed"}) ASSERT_EQ(chmod(folder.path(name).c_str(), 0555), 0);
+    ASSERT_EQ(chmod(folder.path("closed/test.mln").c_str(), 0666), 0);
+    constexpr uid_t kNobody = 65534;
+    const uid_t self = geteuid();
+    ASSERT_EQ(self == 0 ? seteuid(kNobody) : 0, 0) << "nothing is closed to the superuser";
+    const bool isSaved = saveToLibrary(path("closed/test.mln"), L"TWO", dictionary());
+    const bool isMade = saveToLibrary(path("closed/new.mln"), L"TWO", dictionary());
+    ASSERT_EQ(seteuid(self), 0);
+    for (const char* name : {"", "closed"}) ASSERT_EQ(chmod(folder.path(name).c_str(), 0755), 0);
+    EXPECT_TRUE(isSaved);
+    EXPECT_FALSE(isMade);
+    EXPECT_EQ(folder.read("closed/test.mln"), (former == kOne ? kOne : std::string()) + record);
+  }
 }
 
 TEST_F(LibraryTest, ALinetypeThatTheDrawingLacksIsWritten) {
