@@ -26,7 +26,7 @@ MlineStyleData& MlineStyleImp::change() {
   return m_data;
 }
 
-std::vector<MlineStyleElement>& MlineStyleImp::changeElements() {
+MlineStyleElements& MlineStyleImp::changeElements() {
   m_areElementsChanged = true;
   return change().elements;
 }
@@ -240,7 +240,7 @@ KdStatus KdDbMlineStyle::removeElementAt(int index) {
   MlineStyleImp& imp = impOf(*this);
   if (!imp.isWritable()) return KdStatus::notOpen;
   if (!isElement(*this, index)) return KdStatus::invalidIndex;
-  std::vector<MlineStyleElement>& elements = imp.changeElements();
+  torva::db::MlineStyleElements& elements = imp.changeElements();
   elements.erase(elements.begin() + index);
   return KdStatus::ok;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <vector>
 
 #include "db/angles.h"
 #include "db/color_groups.h"
@@ -98,7 +99,7 @@ StyleSource readSource(const dxf::DrawingFile& file, dxf::Groups groups) {
 
 /// For every element of `source` the one of `target` that takes its place, -1 for one that is gone. Equal ones at the front
 /// and at the back go together, those between in their order.
-std::vector<int> align(const std::vector<MlineStyleElement>& source, const std::vector<MlineStyleElement>& target) {
+std::vector<int> align(const MlineStyleElements& source, const MlineStyleElements& target) {
   const std::size_t shorter = std::min(source.size(), target.size());
   std::size_t front = 0, back = 0;
   while (front < shorter && source[front] == target[front]) ++front;

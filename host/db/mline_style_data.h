@@ -1,8 +1,8 @@
 #pragma once
 
+#include <deque>
 #include <numbers>
 #include <string>
-#include <vector>
 
 #include "dxf/drawing_file.h"
 
@@ -17,6 +17,9 @@ struct MlineStyleElement {
 
   bool operator==(const MlineStyleElement&) const = default;
 };
+
+/// Surplus elements are taken away from the front.
+using MlineStyleElements = std::deque<MlineStyleElement>;
 
 /// Bits of a style's flag word. Bits without a meaning are kept.
 enum MlineStyleFlag : int {
@@ -38,7 +41,7 @@ struct MlineStyleData {
   KdCmColor fillColor;
   double startAngleRad = std::numbers::pi / 2;
   double endAngleRad = std::numbers::pi / 2;
-  std::vector<MlineStyleElement> elements;
+  MlineStyleElements elements;
 
   bool has(MlineStyleFlag flag) const { return flags & flag; }
 };

@@ -14,7 +14,7 @@ class MlineStyleImp final : public KdDbObjectImp {
   /// The data for a change; touches the object. Requires: it is writable.
   MlineStyleData& change();
   /// The elements for a change: they are sorted when the style is closed.
-  std::vector<MlineStyleElement>& changeElements();
+  MlineStyleElements& changeElements();
 
   /// Name of the linetype with an id in context(); empty when there is none.
   std::wstring linetypeName(KdDbObjectId linetype) const;
