@@ -91,7 +91,11 @@ CMlineStyleDialog::CMlineStyleDialog(CWnd* parent) : CDialog(kTemplateId) {
 bool CMlineStyleDialog::OnInitDialog() {
   CDialog::OnInitDialog();
   ShowHostIcon(*this);
-  if (!FindDictionary()) return false;
+  const bool hasDictionaries = FindDictionary();
+  // Where the drawing has no place for styles none can be made.
+  for (const int id : {kNew, kLoad}) GetDlgItem(id)->EnableWindow(!m_dictionary.isNull());
+  AllowOperations({});
+  if (!hasDictionaries) return false;
   m_currentName = currentStyle();
   ShowCurrentName(m_currentName);
   AddStylesToList();
@@ -140,8 +144,7 @@ void CMlineStyleDialog::SelectStyle(const CStdStr<wchar_t>& name) {
   OnListSelChange();
 }
 
-void CMlineStyleDialog::OnListSelChange() {
-  const CStdStr<wchar_t> name = GetSelectedName();
+void CMlineStyleDialog::AllowOperations(const CStdStr<wchar_t>& name) {
   const bool isSelected = m_styles.GetCurSel() >= 0;
   const bool isCurrent = kdutEqualsIgnoringCase(name.c_str(), m_currentName.c_str());
   const bool isUsed = isSelected && isStyleUsed(kddbWorkingDatabase(), name.c_str());
@@ -151,8 +154,18 @@ void CMlineStyleDialog::OnListSelChange() {
   // STANDARD may be chosen here; that it is not deleted is OnDeleteStyle()'s matter.
   GetDlgItem(kDelete)->EnableWindow(isSelected && !isUsed && !isCurrent);
   GetDlgItem(kSave)->EnableWindow(isSelected);
+}
+
+void CMlineStyleDialog::OnListSelChange() {
+  const CStdStr<wchar_t> name = GetSelectedName();
+  AllowOperations(name);
   ShowDescription(name);
   DrawCurStylePreview();
+}
+
+bool CMlineStyleDialog::HasStyle(const CStdStr<wchar_t>& name) const {
+  const COpenedObject<KdDbDictionary> styles(m_dictionary, KdOpenMode::forRead);
+  return styles && styles->has(name);
 }
 
 void CMlineStyleDialog::ShowDescription(const CStdStr<wchar_t>& name) {
@@ -199,7 +212,7 @@ void CMlineStyleDialog::OnAddStyle() {
   editor.SetSourceName(dialog.GetStartWith());
   editor.SetNewName(dialog.GetNewName());
   editor.SetDictionary(m_dictionary);
-  if (editor.DoModal() != IDOK) return DrawCurStylePreview();
+  if (editor.DoModal() != IDOK || !HasStyle(dialog.GetNewName())) return DrawCurStylePreview();
   kddbNextUndoStep();
   m_styles.AddString(dialog.GetNewName().c_str());
   SelectStyle(dialog.GetNewName());
@@ -266,7 +279,7 @@ bool CMlineStyleDialog::RemoveStyle(const CStdStr<wchar_t>& name) {
 void CMlineStyleDialog::OnLoadStyle() {
   CMlStyleLoadDlg dialog(this);
   dialog.SetDictionary(m_dictionary);
-  if (dialog.DoModal() == IDOK && !dialog.GetChosenName().empty()) {
+  if (dialog.DoModal() == IDOK && HasStyle(dialog.GetChosenName())) {
     kddbNextUndoStep();
     const wchar_t* name = dialog.GetChosenName().c_str();
     if (m_styles.FindStringExact(-1, name) < 0) m_styles.AddString(name);

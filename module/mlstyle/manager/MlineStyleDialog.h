@@ -16,7 +16,7 @@ class CMlineStyleDialog : public CDialog, public CStylePreviewer {
   /// @param parent may be null
   explicit CMlineStyleDialog(CWnd* parent);
 
-  /// @return false when the drawing has no dictionaries: the list is empty then
+  /// @return false when the drawing has no dictionaries: the list is empty then, and nothing but Close can be pressed
   bool OnInitDialog() override;
   void OnOK() override;
   void OnSize(unsigned type, int clientWidth, int clientHeight) override;
@@ -52,6 +52,9 @@ class CMlineStyleDialog : public CDialog, public CStylePreviewer {
  private:
   bool FindDictionary();
   CStdStr<wchar_t> GetSelectedName() const;
+  bool HasStyle(const CStdStr<wchar_t>& name) const;
+  /// Enables the buttons for the selected style, which has this name.
+  void AllowOperations(const CStdStr<wchar_t>& name);
   void ShowCurrentName(const CStdStr<wchar_t>& name);
   void ShowDescription(const CStdStr<wchar_t>& name);
   void SelectStyle(const CStdStr<wchar_t>& name);

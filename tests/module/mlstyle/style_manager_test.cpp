@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "mlstyle/manager/MlineStyleDialog.h"
 #include "style_dialogs.h"
 
 #include <kdrx/app.h>
@@ -112,6 +113,129 @@ TEST_F(StyleManagerTest, AStyleSaysWhatMayBeDoneWithIt) {
     });
     EXPECT_TRUE(bytes() == before);
   }
+  run("CMLSTYLE STANDARD\nMLINE 0,0\n10,0\n\nCMLSTYLE Free\n");
+  manage([&](QDialog& dialog) {
+    select("STANDARD");
+    EXPECT_EQ(allowed(), "C") << "in use";
+    EXPECT_FALSE(dialog.windowIcon().isNull());
+  });
+}
+
+TEST_F(StyleManagerTest, EachOperationIsAStepOfUndo) {
+  std::vector<std::string> states;
+  const auto addElement = [this](int result) {
+    withNextDialog([result](QDialog& editor) {
+      press(editor, 1051);
+      press(editor, result);
+    });
+  };
+  const auto name = [this](int edit, const char* text, const std::function<void()>& before) {
+    withNextDialog([=](QDialog& asked) {
+      QTest::keyClicks(&control<QLineEdit>(asked, edit), text);
+      before();
+      press(asked, 1);
+    });
+  };
+  const std::function<void(QDialog&)> operations[] = {
+      [&](QDialog& dialog) {
+        name(1035, "Pap", [&] { addElement(IDOK); });
+        press(dialog, kNew);
+        EXPECT_EQ(selected(), "Paper") << "the first row that begins so";
+      },
+      [&](QDialog& dialog) {
+        select("Pap");
+        addElement(IDOK);
+        press(dialog, kModify);
+      },
+      [&](QDialog& dialog) {
+        name(1060, "Road2", [] {});
+        press(dialog, kRename);
+      },
+      [&](QDialog& dialog) {
+        withNextDialog([](QDialog& asked) { clickRow(control<QListWidget>(asked, 1058), "ROAD", true); });
+        press(dialog, kLoad);
+      },
+      [&](QDialog& dialog) {
+        select("Free");
+        press(dialog, kDelete);
+      },
+      [&](QDialog& dialog) {
+        select("Used");
+        press(dialog, kSetCurrent);
+      },
+  };
+  run("CMLSTYLE STANDARD\n");
+  const std::string before = bytes();
+  manage([&](QDialog& dialog) {
+    for (const auto& operation : operations) {
+      states.push_back(bytes());
+      operation(dialog);
+    }
+    EXPECT_EQ(list->count(), 5);
+  });
+  EXPECT_EQ(styleNames(), L"STANDARD Used Paper Road2 ROAD ");
+  ASSERT_EQ(states.size(), std::size(operations));
+  EXPECT_TRUE(states.front() == before);
+  for (; !states.empty(); states.pop_back()) {
+    EXPECT_FALSE(bytes() == states.back()) << states.size();
+    run("U\n");
+    EXPECT_TRUE(bytes() == states.back()) << states.size();
+  }
+}
+
+TEST_F(StyleManagerTest, ThePictureIsTheDrawingsAgainAfterACancelledEditor) {
+  manage([&](QDialog& dialog) {
+    select("Free");
+    const auto picture = [&] { return control<QTextEdit>(dialog, kPreview).grab().toImage(); };
+    const QImage before = picture();
+    QImage inside;
+    const auto change = [&](QDialog& editor) {
+      press(editor, 1051);
+      inside = picture();
+      press(editor, IDCANCEL);
+    };
+    withNextDialog(change);
+    press(dialog, kModify);
+    EXPECT_NE(inside, before);
+    EXPECT_EQ(picture(), before);
+    withNextDialog([&](QDialog& asked) {
+      QTest::keyClicks(&control<QLineEdit>(asked, 1035), "None");
+      withNextDialog(change);
+      press(asked, 1);
+    });
+    press(dialog, kNew);
+    EXPECT_EQ(picture(), before);
+  });
+}
+
+TEST_F(StyleManagerTest, RowsFollowWhatWentThrough) {
+  COpenedObject<KdDbDictionary>(dictionaryId(), KdOpenMode::forWrite)->setName(L"STANDARD", L"First");
+  manage([&](QDialog& dialog) {
+    select("First");
+    press(dialog, kDelete);
+    EXPECT_EQ(list->item(0)->text(), "Used");
+    EXPECT_EQ(selected(), "Used") << "the new first row";
+    const auto load = [&] {
+      withNextDialog([](QDialog& asked) { clickRow(control<QListWidget>(asked, 1058), "ROAD", true); });
+      press(dialog, kLoad);
+    };
+    {
+      const COpenedObject<KdDbDictionary> reader(dictionaryId(), KdOpenMode::forRead);
+      load();
+      EXPECT_EQ(list->count(), 3) << "the drawing did not take it";
+    }
+    for (int i = 0; i < 2; ++i) {
+      load();
+      EXPECT_EQ(list->count(), 4) << "appended once";
+      EXPECT_EQ(list->item(3)->text(), "ROAD");
+    }
+    select("ROAD");
+    COpenedObject<KdDbDictionary>(dictionaryId(), KdOpenMode::forWrite)->remove(L"ROAD");
+    press(dialog, kSetCurrent);
+    EXPECT_EQ(label(kCurrent), "Free") << "the drawing refuses a style that is gone";
+    EXPECT_EQ(allowed(), "CMRD");
+  });
+  EXPECT_EQ(current(), L"Free");
 }
 
 TEST_F(StyleManagerTest, AStyleIsMadeCurrent) {
@@ -261,14 +385,33 @@ TEST_F(StyleManagerTest, EveryControlIsReachedByKeys) {
   });
 }
 
-TEST_F(StyleManagerTest, WithoutStylesNothingCanBeDoneWithThem) {
+TEST_F(StyleManagerTest, WithoutAPlaceForStylesNothingCanBeDone) {
+  const auto expectClosed = [&](const QString& description) {
+    manage([&](QDialog& dialog) {
+      EXPECT_EQ(list->count(), 0);
+      EXPECT_EQ(label(kDescription), description);
+      for (const auto* button : dialog.findChildren<QPushButton*>()) {
+        EXPECT_EQ(button->isEnabled(), button->property("controlId") == IDOK) << button->text().toStdString();
+      }
+    });
+  };
   COpenedObject<KdDbDictionary>(drawing().namedObjectsDictionaryId(), KdOpenMode::forWrite)->remove(L"ACAD_MLINESTYLE");
-  manage([&](QDialog& dialog) {
-    EXPECT_EQ(list->count(), 0);
-    EXPECT_EQ(allowed(), "");
-    for (const int id : {kSetCurrent, kDelete, kRename}) press(dialog, id);
-    EXPECT_EQ(label(kDescription), "");
+  expectClosed("");
+  const std::string old = folder.write("r12.dxf", "0\nSECTION\n2\nENTITIES\n0\nENDSEC\n0\nEOF\n");
+  ASSERT_TRUE(host->openDrawing(old, torva::dxf::DamagePolicy::refuse));
+  expectClosed("TextLabel");
+}
+
+TEST_F(StyleManagerTest, ItIsNotMadeSmallerThanItWas) {
+  CMlineStyleDialog logic(nullptr);
+  withNextDialog([&](QDialog& dialog) {
+    const tagRECT before = logic.GetWindowRect();
+    tagRECT proposed{before.left, before.top, before.left + 100, before.top + 50};
+    logic.OnSizing(0, &proposed);
+    EXPECT_EQ(QSize(proposed.Width(), proposed.Height()), dialog.size());
+    dialog.reject();
   });
+  logic.DoModal();
 }
 
 TEST_F(StyleManagerTest, AHostWithoutDialogsIsToldSo) {
