@@ -37,6 +37,7 @@ class LibraryTest : public StyleHost {
 };
 
 TEST_F(LibraryTest, RecordsAreWrittenLineByLine) {
+  run("DIMZIN 8\n");
   KdCmColor book = KdCmColor::trueColor(0x0000FF);
   book.setNamesFromDictionaryKey(L"BOOK$SEA");
   put({L"Ä 100%d", L"two\nlines", kStyleStartRoundCap | kStyleFilled, {{1, 0, L"DASHED"}, {-0.25, 7}}},
@@ -55,6 +56,54 @@ TEST_F(LibraryTest, RecordsAreWrittenLineByLine) {
             "52\n 90.00000000000000\n71\n 2\n49\n 1.00000000000000\n62\n 0\n6\n DASHED\n49\n -0.25000000000000\n62\n 5\n"
             "420\n -1040187137\n430\n BOOK$SEA\n6\n ByLayer\n0\n");
   EXPECT_EQ(drawing().file().toBytes(), before) << "DIMZIN is as it was";
+}
+
+TEST_F(LibraryTest, AnElementHasAColorBookLineWhereTheFillHas) {
+  struct Row {
+    std::wstring key;
+    bool isWritten;
+  };
+  const std::wstring longest(2048 - 2, L'k');
+  for (const Row& row : {Row{L"", false}, Row{L"B$" + longest, true}, Row{L"BO$" + longest, false}}) {
+    put({L"TWO", L"", 0, {{1}}}, [&](KdDbMlineStyle& style) {
+      KdCmColor fill, color = KdCmColor::byIndex(3);
+      fill.setNamesFromDictionaryKey(row.key);
+      color.setNamesFromDictionaryKey(L"BOOK$SEA");
+      style.setFillColor(fill);
+      style.setElement(0, 1, color, {});
+    });
+    const std::string line = "\n430\n " + kdutUtf8FromWide(row.key), record = savedRecord(L"TWO");
+    EXPECT_EQ(record.find("\n430\n") != record.npos, row.isWritten);
+    EXPECT_EQ(record.find(line + "\n6\n") != record.npos, row.isWritten);
+    EXPECT_EQ(record.find(line + "\n51\n") != record.npos, row.isWritten);
+  }
+}
+
+TEST_F(LibraryTest, ColorsAreReadLineByLine) {
+  struct Case {
+    const char* lines;
+    KdCmColor fill;
+    const wchar_t *fillKey, *elementKey;
+  };
+  const KdCmColor former = KdCmColor::byIndex(5);
+  const Case cases[] = {
+      {"62 _3 71 _1 49 _1 62 _1 6", KdCmColor::byIndex(3), L"", L""},
+      {"430 _BOOK$SEA 71 _1 49 _1 62 _1 430 _B$RED 6", former, L"BOOK$SEA", L" B$RED"},
+      {"99 _3 71 _1 49 _1 62 _1 420 _7 430 _B$R$D 6", former, L"", L""},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.lines);
+    put({L"TWO", L"", 0, {{2}}}, [&](KdDbMlineStyle& style) { style.setFillColor(former); });
+    ASSERT_TRUE(load(lines(std::string("MLSTYLE 2 _TWO ") + row.lines + " _BYLAYER 0")));
+    const COpenedObject<KdDbMlineStyle> style(find(L"TWO"), KdOpenMode::forRead);
+    EXPECT_EQ(style->fillColor().color(), row.fill.color());
+    EXPECT_EQ(style->fillColor().dictionaryKey(), row.fillKey);
+    double offset = 0;
+    KdCmColor color;
+    KdDbObjectId linetype;
+    style->getElementAt(0, offset, color, linetype);
+    EXPECT_EQ(color.dictionaryKey(), row.elementKey) << "its blank is part of it";
+  }
 }
 
 TEST_F(LibraryTest, TheFirstFlagAloneIsWritten) {
