@@ -42,7 +42,8 @@ void change(KdDbMlineStyle& style) {
   SetElemLtype(&style, linetypes, 3, kddbWorkingDatabase());
   SetFlag(&style, kStyleFilled | kStyleEndRoundCap | kStyleStartInnerArcs);
   style.setStartAngle(22.5 * std::numbers::pi / 180);
-  style.setFillColor(KdCmColor::byIndex(3));
+  style.setFillColor(KdCmColor::trueColor(0x405060));
+  style.setDescription(L"Stra\u00dfe \u4e2d");
 }
 
 void work(const db::Database& drawing, const std::wstring& library) {
@@ -56,12 +57,20 @@ void work(const db::Database& drawing, const std::wstring& library) {
   kddbNextUndoStep();
 }
 
+/// The index, and a true color behind it.
+std::string shown(const KdCmColor& color) {
+  char rgb[16] = "";
+  if (color.isTrueColor()) std::snprintf(rgb, sizeof rgb, ":%06x", color.rgb());
+  return std::to_string(color.colorIndex()) + rgb;
+}
+
 void print(const KdDbMlineStyle& style) {
   const auto degrees = [](double angle) { return angle * 180 / std::numbers::pi; };
   const int flags = style.filled() + 2 * style.showMiters() + 16 * style.startSquareCap() + 32 * style.startInnerArcs() +
                     64 * style.startRoundCap() + 256 * style.endSquareCap() + 512 * style.endInnerArcs() +
                     1024 * style.endRoundCap();
-  std::printf("%ls\t%d\t%d\t%.9f\t%.9f", style.name().c_str(), flags, style.fillColor().colorIndex(),
+  std::printf("%s\t%s\t%d\t%s\t%.9f\t%.9f", kdutUtf8FromWide(style.name()).c_str(),
+              kdutUtf8FromWide(style.description()).c_str(), flags, shown(style.fillColor()).c_str(),
               degrees(style.startAngle()), degrees(style.endAngle()));
   for (int i = 0; i < style.numElements(); ++i) {
     double offset = 0;
@@ -69,7 +78,7 @@ void print(const KdDbMlineStyle& style) {
     KdDbObjectId id;
     style.getElementAt(i, offset, color, id);
     const COpenedObject<KdDbLinetypeTableRecord> linetype(id, KdOpenMode::forRead);
-    std::printf("\t%.9f %d %ls", offset, color.colorIndex(), linetype ? linetype->name().c_str() : L"-");
+    std::printf("\t%.9f %s %ls", offset, shown(color).c_str(), linetype ? linetype->name().c_str() : L"-");
   }
   std::printf("\n");
 }
