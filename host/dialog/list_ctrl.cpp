@@ -23,7 +23,7 @@ bool isRow(const QTableWidget& table, int row) {
   return row >= 0 && row < table.rowCount();
 }
 
-/// The item of a cell, made on first need.
+/// The item of a cell, made on first need. Requires: the table has the column.
 QTableWidgetItem& itemOf(QTableWidget& table, int row, int column) {
   if (!table.item(row, column)) table.setItem(row, column, new QTableWidgetItem);
   return *table.item(row, column);
@@ -105,7 +105,7 @@ int CListCtrl::GetItemCount() const {
 
 int CListCtrl::InsertItem(int row, const wchar_t* text) {
   QTableWidget* table = tableOf(*this);
-  if (!table || row < 0 || row > table->rowCount()) return -1;
+  if (!table || table->columnCount() == 0 || row < 0 || row > table->rowCount()) return -1;
   table->insertRow(row);
   SetItemText(row, 0, text);
   return row;
@@ -137,7 +137,7 @@ CStdStr<wchar_t> CListCtrl::GetItemText(int row, int column) const {
 
 bool CListCtrl::SetItemData(int row, unsigned long data) {
   QTableWidget* table = tableOf(*this);
-  if (!table || !isRow(*table, row)) return false;
+  if (!table || !isRow(*table, row) || table->columnCount() == 0) return false;
   itemOf(*table, row, 0).setData(kDataRole, static_cast<qulonglong>(data));
   return true;
 }

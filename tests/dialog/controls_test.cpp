@@ -138,6 +138,11 @@ TEST_F(DialogTest, ListsKeepTheirRowsWholeWhenSorted) {
   EXPECT_EQ(sample.table.InsertColumn(0, L"early", 50), -1);
   sample.UpdateData(false);
   EXPECT_EQ(sample.table.InsertColumn(1, L"gap", 50), -1);
+  EXPECT_EQ(sample.table.InsertItem(0, L"without columns"), -1);
+  sample.widget<QTableWidget>(kTable).setRowCount(1);
+  EXPECT_FALSE(sample.table.SetItemData(0, 5));
+  EXPECT_FALSE(sample.table.SetItemText(0, 0, L"outside"));
+  sample.table.DeleteAllItems();
   for (const int column : {0, 1}) EXPECT_EQ(sample.table.InsertColumn(column, L"name", 60), column);
   EXPECT_EQ(sample.table.InsertItem(1, L"gap"), -1);
   const unsigned long data[] = {5, 3, 8, 3};

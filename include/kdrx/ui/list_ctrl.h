@@ -42,14 +42,14 @@ class KDRX_API CListCtrl : public CWnd {
   int InsertColumn(int column, const wchar_t* heading, int widthPx);
 
   int GetItemCount() const;
-  /// Adds a row. @return its number; -1 when the place is none
+  /// Adds a row. @return its number; -1 when the place is none, or the list has no columns
   int InsertItem(int row, const wchar_t* text);
   /// @return false when there is no such row, nor such a column
   bool DeleteItem(int row);
   void DeleteAllItems();
   bool SetItemText(int row, int column, const wchar_t* text);
   CStdStr<wchar_t> GetItemText(int row, int column) const;
-  /// A number that goes with a row; 0 at first.
+  /// A number that goes with a row; 0 at first. @return false when there is no such row, or the list has no columns
   bool SetItemData(int row, unsigned long data);
   unsigned long GetItemData(int row) const;
   /// Sorts the rows by their data; equal ones stay in order, and the selected row stays selected.

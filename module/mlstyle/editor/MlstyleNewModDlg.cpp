@@ -143,7 +143,11 @@ bool CMlstyleNewModDlg::OnInitDialog() {
   InitialDialog();
   OnCreate();
   if (m_mode == EStyleEdit::newStyle) CreateStyle();
-  CopyStyle();
+  if (!CopyStyle()) {
+    MessageBeep();
+    OnCancel();
+    return false;
+  }
   RestorePosition(*this, kPositionPrefix);
   ShowHostIcon(*this);
   ShowWorkingCopy();
@@ -235,10 +239,12 @@ void CMlstyleNewModDlg::CreateStyle() {
   if (styles->setAt(m_newName, style.get(), m_style) == KdStatus::ok) style.release()->close();
 }
 
-void CMlstyleNewModDlg::CopyStyle() {
-  m_workingCopy->initMlineStyle();
+bool CMlstyleNewModDlg::CopyStyle() {
   const COpenedObject<KdDbMlineStyle> style(m_style, KdOpenMode::forRead);
-  if (style) m_workingCopy->set(*style.Get());
+  if (!style) return false;
+  m_workingCopy->initMlineStyle();
+  m_workingCopy->set(*style.Get());
+  return true;
 }
 
 void CMlstyleNewModDlg::DoDataExchange(CDataExchange* exchange) {

@@ -20,7 +20,8 @@ enum class EStyleEdit : unsigned char { newStyle = 0, modify = 1 };
 /// The editor of a multiline style: description, caps, fill, joints and elements.
 ///
 /// Each change goes into a working copy, which is shown at once; the drawing's style is written with OK alone. A new style
-/// is in the drawing from the start and goes again when the editor is cancelled.
+/// is in the drawing from the start and goes again when the editor is cancelled. Without a style to edit, or to start with,
+/// the editor is not shown: it beeps and is cancelled at once.
 class CMlstyleNewModDlg : public CDialog {
  public:
   /// @param parent may be null; one that is a CStylePreviewer shows the working copy
@@ -78,7 +79,8 @@ class CMlstyleNewModDlg : public CDialog {
 
  private:
   void CreateStyle();
-  void CopyStyle();
+  /// Takes the style into the working copy. @return false when there is none
+  bool CopyStyle();
   void ShowFlags(const KdDbMlineStyle& style);
   void ShowAngles(const KdDbMlineStyle& style);
   void AddColumns();

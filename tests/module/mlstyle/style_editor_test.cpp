@@ -470,12 +470,21 @@ TEST_F(StyleEditorTest, RowsCanBeWalkedWithTheKeyboard) {
   });
 }
 
-TEST_F(StyleEditorTest, WithoutAStyleNothingIsWritten) {
+TEST_F(StyleEditorTest, WithoutAStyleThereIsNoEditor) {
   const std::string before = bytes();
   for (const auto mode : {EStyleEdit::newStyle, EStyleEdit::modify}) {
-    EXPECT_EQ(edit(mode, L"Nowhere", pressOk), IDCANCEL);
+    CMlstyleNewModDlg editor(&parent);
+    editor.SetMode(mode);
+    editor.SetSourceName(L"Nowhere");
+    editor.SetNewName(L"Fresh");
+    editor.SetDictionary(dictionaryId());
+    withNextDialog([](QDialog&) { ADD_FAILURE() << "an editor is shown"; });
+    EXPECT_EQ(editor.DoModal(), IDCANCEL);
+    QApplication::processEvents();
     EXPECT_TRUE(bytes() == before);
   }
+  EXPECT_THAT(messages.heard, ElementsAre(L"beep", L"beep"));
+  EXPECT_TRUE(drawing().openObjects().empty());
 }
 
 TEST(RealTextTest, TakesPlainNumbersOnly) {

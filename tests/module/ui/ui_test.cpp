@@ -86,6 +86,8 @@ TEST_F(UiTest, HeadingsAreNamesAndWidths) {
 
 TEST_F(UiTest, RowsAreSortedByTheNumbersOfTheClickedColumn) {
   Sample sample;
+  EXPECT_EQ(sample.table.AddItem(L"10"), -1) << "no column takes it";
+  EXPECT_EQ(sample.table.GetItemCount(), 0);
   sample.table.SetHeadings(CStdStr<wchar_t>(L"Offset,70;Count,80"));
   const wchar_t* rows[][2] = {{L"10", L"b"}, {L"9", L"2x"}, {L"-1", L"1.5"}, {L"0.25", L""}};
   for (const auto& [offset, count] : rows) {
