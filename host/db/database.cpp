@@ -279,10 +279,17 @@ bool Database::setHeaderVariable(std::string_view name, std::string_view groups)
 }
 
 void Database::forgetNeedlessChange(dxf::RecordId record) {
-  dxf::RecordState now = m_file.state(record);
-  m_file.setState(record, {std::nullopt, now.isErased});
-  const bool isNeedless = now.bytes && saySame(m_file.groups(record), m_file.groupsOf(now.bytes->bytes()));
-  if (!isNeedless) m_file.setState(record, std::move(now));
+  const dxf::RecordState now = m_file.state(record);
+  if (!now.bytes) return;
+  std::vector<dxf::RecordState> formers = {{std::nullopt, now.isErased}};
+  if (const dxf::RecordState* kept = m_undo->kept(record); kept && kept->bytes) {
+    formers.push_back({kept->bytes, now.isErased});
+  }
+  for (dxf::RecordState& former : formers) {
+    m_file.setState(record, std::move(former));
+    if (saySame(m_file.groups(record), m_file.groupsOf(now.bytes->bytes()))) return;
+  }
+  m_file.setState(record, now);
 }
 
 Result<void> Database::save(const std::string& path, const dxf::SaveOptions& options) {

@@ -159,7 +159,7 @@ class TORVA_API Database final : public KdDbDatabase {
   dxf::RecordId findTable(std::string_view name) const;
 
   /// Replaces a header variable (see dxf::DrawingFile::setHeaderVariable()), to be taken back with the running step. A
-  /// header that says again what the file says has the file's bytes again.
+  /// header that says again what it said in the file, or before the running step, has those bytes again.
   bool setHeaderVariable(std::string_view name, std::string_view groups);
 
   /// Distinguishes this database from all others while the program runs.
@@ -200,7 +200,7 @@ class TORVA_API Database final : public KdDbDatabase {
   void dropUnnamedStyles();
   bool isStyleNeeded(dxf::RecordId style) const;
   void exchange(dxf::RecordId record, dxf::RecordState& state);
-  /// What was changed for a while and changed back leaves no trace, even where its text in the file was of another form.
+  /// What was changed for a while and changed back, since the file or the step began, leaves no trace, whatever its text.
   void forgetNeedlessChange(dxf::RecordId record);
   dxf::RecordId modelSpace() const;
   dxf::RecordId blockTable() const;

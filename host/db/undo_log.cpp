@@ -8,11 +8,17 @@ void Database::UndoLog::begin(std::wstring name) {
 }
 
 void Database::UndoLog::keep(const dxf::DrawingFile& file, dxf::RecordId record) {
-  if (m_isRecording && m_kept.insert(record).second) m_current.entries.push_back({record, file.state(record)});
+  if (!m_isRecording || !m_kept.emplace(record, m_current.entries.size()).second) return;
+  m_current.entries.push_back({record, file.state(record)});
+}
+
+const dxf::RecordState* Database::UndoLog::kept(dxf::RecordId record) const {
+  const auto found = m_kept.find(record);
+  return found == m_kept.end() ? nullptr : &m_current.entries[found->second].state;
 }
 
 void Database::UndoLog::keepNew(const dxf::DrawingFile& file, dxf::RecordId record) {
-  if (!m_isRecording || !m_kept.insert(record).second) return;
+  if (!m_isRecording || !m_kept.emplace(record, m_current.entries.size()).second) return;
   dxf::RecordState state = file.state(record);
   state.isErased = true;
   m_current.entries.push_back({record, std::move(state)});

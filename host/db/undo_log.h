@@ -1,6 +1,6 @@
 #pragma once
 
-#include <unordered_set>
+#include <unordered_map>
 
 #include "db/database.h"
 
@@ -25,6 +25,8 @@ class Database::UndoLog {
   void begin(std::wstring name);
   /// Keeps the state of a record, the first time in a step; does nothing outside of one.
   void keep(const dxf::DrawingFile& file, dxf::RecordId record);
+  /// The state that the running step has kept of a record; null when it has none. Valid until the next keep() or end().
+  const dxf::RecordState* kept(dxf::RecordId record) const;
   /// For a record that the step has made: taken back, it is erased.
   void keepNew(const dxf::DrawingFile& file, dxf::RecordId record);
   /// Ends the step. Records that are as they were, or erased as they were, are left out, a step without records is dropped.
@@ -39,7 +41,7 @@ class Database::UndoLog {
 
   bool m_isRecording = false;
   Step m_current;
-  std::unordered_set<dxf::RecordId> m_kept;
+  std::unordered_map<dxf::RecordId, std::size_t> m_kept;  // where in the current step
   std::vector<Step> m_done, m_undone;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <unordered_map>
 #include <utility>
 
 #include "base/text.h"
@@ -57,15 +58,33 @@ class DrawingFile::Imp {
     return header == nullptr ? kNoRecord : header->first;
   }
 
+  RecordState state(RecordId id) const {
+    const RecordState* state = m_edits.changed(id);
+    return state == nullptr ? RecordState{} : *state;
+  }
+  bool isInState(RecordId id, const RecordState& state) const {
+    const RecordState* now = m_edits.changed(id);
+    return now == nullptr ? !state.isErased && !state.bytes : now->isErased == state.isErased && now->bytes == state.bytes;
+  }
   void setState(RecordId id, RecordState state) {
+    if (m_wasSaved && !m_savedStates.contains(id)) m_savedStates.emplace(id, this->state(id));
     m_edits.setState(id, std::move(state));
-    noteChange();
+  }
+  /// Notes that the file last saved does not have a record.
+  void noteInserted(RecordId id) {
+    if (m_wasSaved) m_savedStates.emplace(id, RecordState{std::nullopt, true});
   }
 
-  /// Lets $HANDSEED follow the handles given out.
-  void updateHandseed(DrawingFile& file);
+  bool isModified() const;
+  void noteSaved() {
+    m_wasSaved = true;
+    m_isOfAnotherFile = false;
+    m_savedStates.clear();
+  }
 
-  void noteChange() { m_isModified = m_wasSaved || m_edits.isAnyChanged(); }
+  /// Lets $HANDSEED follow the handles given out. Those of records that have gone again are free once more for whoever opens
+  /// the file next.
+  void updateHandseed(DrawingFile& file);
 
   OpenedDrawing m_drawing;
   RecordEdits m_edits;
@@ -75,8 +94,9 @@ class DrawingFile::Imp {
   FileIdentity m_identity;
   Handle m_nextHandle = 1;
   bool m_hasGivenHandles = false;
-  bool m_isModified = false;
+  bool m_isOfAnotherFile = false;
   bool m_wasSaved = false;
+  std::unordered_map<RecordId, RecordState> m_savedStates;  // as last saved, of the records touched since then
 };
 
 std::vector<std::string_view> DrawingFile::Imp::pieces() const {
@@ -119,9 +139,23 @@ std::vector<std::string_view> DrawingFile::Imp::pieces() const {
 void DrawingFile::Imp::updateHandseed(DrawingFile& file) {
   const bool hasHandles = file.version() >= Version::r13 || !file.headerVariable("$HANDSEED").empty();
   if (!m_hasGivenHandles || !m_edits.hasInserted() || !hasHandles) return;
+  const Handle highest = std::max(m_drawing.handles.highest(), m_edits.highestInserted());
+  const std::vector<Group> present = file.headerVariable("$HANDSEED");
+  const Handle seed = present.empty() ? 0 : present.front().handle().value_or(0);
+  if (seed > highest && seed <= kHighestSeed) return;
   RecordBuilder builder(file);
-  builder.handle(5, m_nextHandle);
+  builder.handle(5, highest + 1);
   file.setHeaderVariable("$HANDSEED", builder.take());
+}
+
+bool DrawingFile::Imp::isModified() const {
+  if (m_isOfAnotherFile || !m_wasSaved) return m_isOfAnotherFile || m_edits.isAnyChanged();
+  return std::ranges::any_of(m_savedStates, [this](const auto& saved) {
+    const auto& [id, state] = saved;
+    const RecordState* now = m_edits.changed(id);
+    const bool isErasedStill = state.isErased && now != nullptr && now->isErased;
+    return !isErasedStill && !isInState(id, state);
+  });
 }
 
 class Snapshot::Imp {
@@ -299,13 +333,11 @@ Handle DrawingFile::newHandle() {
 }
 
 RecordState DrawingFile::state(RecordId id) const {
-  const RecordState* state = m_imp->m_edits.changed(id);
-  return state == nullptr ? RecordState{} : *state;
+  return m_imp->state(id);
 }
 
 bool DrawingFile::isInState(RecordId id, const RecordState& state) const {
-  const RecordState* now = m_imp->m_edits.changed(id);
-  return now == nullptr ? !state.isErased && !state.bytes : now->isErased == state.isErased && now->bytes == state.bytes;
+  return m_imp->isInState(id, state);
 }
 
 void DrawingFile::setState(RecordId id, RecordState state) {
@@ -339,7 +371,7 @@ RecordId DrawingFile::insertAfter(RecordId previous, std::string bytes) {
   }
   if (record.handle < kHighestSeed) m_imp->m_nextHandle = std::max(m_imp->m_nextHandle, record.handle + 1);
   const RecordId id = m_imp->m_edits.insertAfter(previous, std::move(record));
-  m_imp->noteChange();
+  m_imp->noteInserted(id);
   return id;
 }
 
@@ -386,7 +418,7 @@ std::string DrawingFile::toBytes() const {
 }
 
 bool DrawingFile::isModified() const {
-  return m_imp->m_isModified;
+  return m_imp->isModified();
 }
 
 bool DrawingFile::isUnchangedOnDisk() const {
@@ -400,18 +432,15 @@ FileOrigin DrawingFile::origin() const {
 void DrawingFile::setOrigin(FileOrigin origin) {
   m_imp->m_path = std::move(origin.path);
   m_imp->m_identity = origin.identity;
-  m_imp->m_wasSaved = true;
-  m_imp->noteChange();
+  m_imp->m_isOfAnotherFile = true;
 }
 
 Snapshot DrawingFile::snapshot() {
   const RecordId header = m_imp->headerRecord();
-  const bool wasModified = isModified();
   RecordState former = header == kNoRecord ? RecordState{} : state(header);
   m_imp->updateHandseed(*this);
   Snapshot taken(std::make_unique<Snapshot::Imp>(m_imp->m_drawing.content.shared(), m_imp->pieces()));
   if (header != kNoRecord) setState(header, std::move(former));
-  m_imp->m_isModified = wasModified;
   return taken;
 }
 
@@ -429,8 +458,7 @@ Result<void> DrawingFile::save(const std::string& path, const SaveOptions& optio
   if (!identity) return tl::unexpected(identity.error());
   m_imp->m_path = path;
   m_imp->m_identity = *identity;
-  m_imp->m_wasSaved = true;
-  m_imp->m_isModified = false;
+  m_imp->noteSaved();
   return {};
 }
 

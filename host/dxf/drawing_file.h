@@ -147,7 +147,7 @@ class TORVA_API DrawingFile {
   /// All bytes as save() would write them now.
   std::string toBytes() const;
 
-  bool isModified() const;
+  bool isModified() const;  ///< Whether anything differs from the file opened or last saved; changed back, it does not.
   /// Whether the file on disk is still the one that was opened or last saved. True for a new drawing.
   bool isUnchangedOnDisk() const;
 

@@ -30,6 +30,15 @@ bool RecordEdits::isAnyChanged() const {
   return hasInserted() || m_states.size() != m_erasedInserted;
 }
 
+Handle RecordEdits::highestInserted() const {
+  Handle highest = 0;
+  for (RecordId id = m_originalCount; id < recordCount(); ++id) {
+    const RecordState* state = changed(id);
+    if (state == nullptr || !state->isErased) highest = std::max(highest, inserted(id).handle);
+  }
+  return highest;
+}
+
 RecordId RecordEdits::insertAfter(RecordId previous, InsertedRecord record) {
   const RecordId id = recordCount();
   RecordId place = previous;

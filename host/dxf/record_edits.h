@@ -48,6 +48,9 @@ class RecordEdits {
   /// Whether there is an inserted record that is not erased.
   bool hasInserted() const { return m_erasedInserted != m_inserted.size(); }
 
+  /// The highest handle of an inserted record that is not erased; 0 when there is none.
+  Handle highestInserted() const;
+
   /// `record` needs bytes, type and handle; its place is behind `previous` and what was inserted behind that before.
   RecordId insertAfter(RecordId previous, InsertedRecord record);
   /// The first inserted record with a handle; kNoRecord when there is none.

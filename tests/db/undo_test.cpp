@@ -2,6 +2,7 @@
 
 #include "db/plan.h"
 #include "db/system_variables.h"
+#include "support/temporary_folder.h"
 
 #include <kdrx/db_mline.h>
 #include <kdrx/db_mline_style.h>
@@ -117,18 +118,27 @@ TEST_F(UndoTest, AVariableSetForAWhileLeavesNoTrace) {
   auto text = planText(), bare = text;
   text.erase(text.find("     8"), 5);
   bare.erase(bare.find("9\n$DIMZIN"), 20);
-  const std::pair<std::string, int> cases[] = {{text, 8}, {bare, 0}};
-  for (const auto& [drawing, former] : cases) {
-    SCOPED_TRACE(former);
-    const auto plain = openText(drawing);
+  const struct {
+    std::string drawing;
+    int former;
+    bool isEdited;  // the header before the step
+  } cases[] = {{text, 8, false}, {bare, 0, false}, {text, 8, true}, {bare, 0, true}};
+  const TemporaryFolder folder;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.former << c.isEdited);
+    const auto plain = openText(c.drawing);
     db::SystemVariables variables(plain.get());
+    EXPECT_TRUE(!c.isEdited || variables.set(L"LTSCALE", 3.0));
+    EXPECT_TRUE(!c.isEdited || plain->save(folder.path("edited.dxf"), {}));
+    const std::string before = textOf(*plain);
+    EXPECT_EQ(before == c.drawing, !c.isEdited);
     plain->beginUndoStep(L"DIALOG");
     EXPECT_TRUE(variables.set(L"DIMZIN", 0));
     EXPECT_TRUE(variables.set(L"DIMZIN", 4));
     EXPECT_TRUE(plain->file().isModified());
-    EXPECT_TRUE(variables.set(L"DIMZIN", former));
+    EXPECT_TRUE(variables.set(L"DIMZIN", c.former));
     plain->endUndoStep();
-    EXPECT_EQ(textOf(*plain), drawing);
+    EXPECT_EQ(textOf(*plain), before);
     EXPECT_FALSE(plain->file().isModified());
     EXPECT_EQ(plain->undo(), std::nullopt);
   }

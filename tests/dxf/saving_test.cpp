@@ -84,6 +84,38 @@ TEST(Saving, TheSeedFollowsHandlesGivenOutAndNothingElse) {
   EXPECT_FALSE(file.isChanged(file.section("HEADER")));
 }
 
+TEST(Saving, WhatIsTakenBackAfterSavingLeavesNoTrace) {
+  const TemporaryFolder folder;
+  DrawingFile file = openFile(folder.write("plan.dxf", sample()));
+  addLine(file);
+  ASSERT_TRUE(file.save(file.path(), {}));
+  const std::string saved = folder.read("plan.dxf");
+  const RecordId line = file.find(0x40), header = file.section("HEADER");
+  const std::pair<const char*, std::function<void()>> changes[] = {
+      {"erased", [&] { file.setErased(line, true); }},
+      {"edited", [&] { file.setBytes(line, std::string("  0\r\nLINE\r\n  5\r\n40\r\n")); }},
+      {"in the header", [&] { file.setHeaderVariable("$EXTMIN", {}); }}};
+  for (const auto& [name, change] : changes) {
+    SCOPED_TRACE(name);
+    const RecordState before[] = {file.state(line), file.state(header)};
+    change();
+    EXPECT_TRUE(file.isModified());
+    file.setState(line, before[0]);
+    file.setState(header, before[1]);
+    EXPECT_FALSE(file.isModified());
+  }
+  addLine(file);
+  EXPECT_TRUE(file.isModified());
+  file.setErased(file.find(0x41), true);
+  EXPECT_FALSE(file.isModified());
+  ASSERT_TRUE(file.save(file.path(), {}));
+  EXPECT_EQ(folder.read("plan.dxf"), saved) << "the seed is that of the records that are there";
+  addLine(file);
+  EXPECT_EQ(file.handle(file.recordCount() - 1), 0x42u) << "no handle is given out twice";
+  ASSERT_TRUE(file.save(file.path(), {}));
+  EXPECT_EQ(file.headerVariable("$HANDSEED").at(0).value, "43");
+}
+
 TEST(Saving, PermissionsLinksAndBackupAreKept) {
   const TemporaryFolder folder;
   folder.write("real/plan.dxf", sample());

@@ -346,6 +346,28 @@ TEST_F(StyleManagerTest, NewAndModifiedStylesAreStepsOfUndo) {
   EXPECT_TRUE(bytes() == before);
 }
 
+TEST_F(StyleManagerTest, WhatIsCancelledAfterSavingLeavesNoTrace) {
+  const auto save = [&] {
+    EXPECT_TRUE(drawing().save(folder.path("saved.dxf"), {}));
+    return bytes();
+  };
+  const std::string saved = save();
+  manage([&](QDialog& dialog) {
+    select("Free");
+    withNextDialog([](QDialog& editor) { editor.reject(); });
+    press(dialog, kModify);
+    withNextDialog([&](QDialog& asked) {
+      QTest::keyClicks(&control<QLineEdit>(asked, 1035), "None");
+      withNextDialog([](QDialog& editor) { editor.reject(); });
+      press(asked, 1);
+    });
+    press(dialog, kNew);
+  });
+  EXPECT_FALSE(drawing().file().isModified());
+  EXPECT_TRUE(save() == saved);
+  EXPECT_NE(drawing().undo(), L"MLSTYLE");
+}
+
 TEST_F(StyleManagerTest, ThePositionIsKeptWhenItIsClosedAndNotWhenItIsLeft) {
   const auto kept = [] { return kdrxGetProfileInt(L"Settings", L"MlstylePosLeft", -10000); };
   manage([](QDialog& dialog) {
