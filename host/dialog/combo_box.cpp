@@ -2,6 +2,7 @@
 
 #include <kdrx/ui.h>
 
+#include <QtCore/QEvent>
 #include <QtWidgets/QComboBox>
 
 namespace {
@@ -18,9 +19,25 @@ int find(const CComboBox& control, int after, const Matches& matches) {
       box->count(), after, [&](int row) { return box->itemText(row); }, matches);
 }
 
+/// A turn of the wheel that was meant for something else would change the choice without a word.
+class WheelFilter final : public QObject {
+ public:
+  using QObject::QObject;
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::Wheel) return false;
+    event->ignore();
+    return true;
+  }
+};
+
 }  // namespace
 
 CComboBox::~CComboBox() = default;
+
+void CComboBox::PreSubclassWindow() {
+  if (QComboBox* box = boxOf(*this)) box->installEventFilter(new WheelFilter(box));
+}
 
 int CComboBox::GetCount() const {
   const QComboBox* box = boxOf(*this);

@@ -18,6 +18,7 @@ bool isReserved(const QString& name) {
 CKdUiLineTypeComboBox::~CKdUiLineTypeComboBox() = default;
 
 void CKdUiLineTypeComboBox::PreSubclassWindow() {
+  CComboBox::PreSubclassWindow();
   ResetContent();
   for (const auto name : {KdReservedName::byLayer, KdReservedName::byBlock, KdReservedName::continuous}) {
     AddString(kddbReservedString(name).c_str());

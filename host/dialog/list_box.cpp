@@ -1,3 +1,4 @@
+#include "dialog/row_keys.h"
 #include "dialog/row_search.h"
 
 #include <kdrx/ui.h>
@@ -22,6 +23,10 @@ int find(const CListBox& box, int after, const Matches& matches) {
 }  // namespace
 
 CListBox::~CListBox() = default;
+
+void CListBox::PreSubclassWindow() {
+  if (QListWidget* list = listOf(*this)) torva::dialog::letKeysSelect(*list);
+}
 
 int CListBox::GetCount() const {
   const QListWidget* list = listOf(*this);

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "dialog/row_keys.h"
+
 #include <kdrx/ui.h>
 
 #include <QtWidgets/QHeaderView>
@@ -66,6 +68,7 @@ void CListCtrl::PreSubclassWindow() {
   table->setSelectionMode(QAbstractItemView::SingleSelection);
   table->setEditTriggers(QAbstractItemView::NoEditTriggers);
   table->verticalHeader()->hide();
+  torva::dialog::letKeysSelect(*table);
   QHeaderView* header = table->horizontalHeader();
   header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   QObject::connect(header, &QHeaderView::sectionClicked, table, [table](int column) {

@@ -9,6 +9,7 @@
 #include <kdrx/ui.h>
 
 #include <QtGui/QTextDocument>
+#include <QtGui/QWheelEvent>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
@@ -166,6 +167,52 @@ TEST_F(DialogTest, ListsKeepTheirRowsWholeWhenSorted) {
   EXPECT_FALSE(sample.table.DeleteItem(3));
   sample.table.DeleteAllItems();
   EXPECT_EQ(sample.table.GetItemCount(), 0);
+}
+
+TEST_F(DialogTest, AKeySelectsARowWhereNoneIs) {
+  struct Case {
+    int key, current, selected;
+  };
+  const Case cases[] = {{Qt::Key_Down, 0, 0},     {Qt::Key_Up, 0, 0},     {Qt::Key_Up, 2, 2},   {Qt::Key_Down, -1, 0},
+                        {Qt::Key_PageDown, 1, 1}, {Qt::Key_PageUp, 1, 1}, {Qt::Key_Home, 1, 0}, {Qt::Key_Home, 0, 0},
+                        {Qt::Key_End, 2, 2},      {Qt::Key_End, 0, 2},    {Qt::Key_F2, 0, -1}};
+  Sample sample;
+  sample.UpdateData(false);
+  sample.table.InsertColumn(0, L"name", 60);
+  for (const wchar_t* text : {L"one", L"two", L"three"}) sample.list.AddString(text);
+  for (const int row : {0, 1, 2}) sample.table.InsertItem(row, L"row");
+  QAbstractItemView* const views[] = {&sample.widget<QListWidget>(kList), &sample.widget<QTableWidget>(kTable)};
+  for (QAbstractItemView* view : views) {
+    const auto selected = [&] { return view == views[0] ? sample.list.GetCurSel() : sample.table.GetSelectedItem(); };
+    for (const Case& c : cases) {
+      SCOPED_TRACE(testing::Message() << view->metaObject()->className() << c.key << ' ' << c.current);
+      view->selectionModel()->setCurrentIndex(view->model()->index(c.current, 0), QItemSelectionModel::Clear);
+      ASSERT_EQ(selected(), -1);
+      QTest::keyClick(view, static_cast<Qt::Key>(c.key));
+      EXPECT_EQ(selected(), c.selected);
+    }
+    view->setCurrentIndex(view->model()->index(0, 0));
+    QTest::keyClick(view, Qt::Key_Down);
+    EXPECT_EQ(selected(), 1) << "from a selected row keys go on";
+    view->model()->removeRows(0, 3);
+    QTest::keyClick(view, Qt::Key_Down);
+    EXPECT_EQ(selected(), -1);
+  }
+}
+
+TEST_F(DialogTest, TheWheelChangesNoChoice) {
+  Sample sample;
+  sample.UpdateData(false);
+  auto& box = sample.widget<QComboBox>(kBox);
+  for (const wchar_t* text : {L"one", L"two", L"three"}) sample.box.AddString(text);
+  sample.box.SetCurSel(1);
+  for (const int turn : {-120, 120}) {
+    QWheelEvent wheel({5, 5}, box.mapToGlobal(QPoint(5, 5)), {}, {0, turn}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QApplication::sendEvent(&box, &wheel);
+    EXPECT_EQ(sample.box.GetCurSel(), 1);
+    EXPECT_FALSE(wheel.isAccepted()) << "it is left to what lies around";
+  }
 }
 
 TEST_F(DialogTest, KeysAndClicksComeToTheLogic) {

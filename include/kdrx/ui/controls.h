@@ -84,9 +84,13 @@ class KDRX_API CListBox : public CWnd {
   int FindStringExact(int after, const wchar_t* text) const;
   /// Selects the row that FindString() finds, if there is one.
   int SelectString(int after, const wchar_t* text);
+
+ protected:
+  void PreSubclassWindow() override;
 };
 
-/// A box that shows one of several texts and drops a list of them. Searches are those of CListBox.
+/// A box that shows one of several texts and drops a list of them. Searches are those of CListBox. The wheel
+/// does not change the choice.
 class KDRX_API CComboBox : public CWnd {
  public:
   ~CComboBox() override;
@@ -101,4 +105,7 @@ class KDRX_API CComboBox : public CWnd {
   int FindString(int after, const wchar_t* text) const;
   int FindStringExact(int after, const wchar_t* text) const;
   int SelectString(int after, const wchar_t* text);
+
+ protected:
+  void PreSubclassWindow() override;
 };
