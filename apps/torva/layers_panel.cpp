@@ -2,32 +2,18 @@
 
 #include "answers.h"
 #include "command/variable_access.h"
+#include "dialog/color_dialog.h"
+#include "dialog/color_swatch.h"
 
-#include <QColorDialog>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QPainter>
 
 namespace {
 
-constexpr int kSwatchPx = 14, kLeastWidthChars = 46;
-
-QIcon swatch(const QColor& color) {
-  QPixmap pixmap(kSwatchPx, kSwatchPx);
-  QPainter painter(&pixmap);
-  painter.setPen(Qt::gray);
-  painter.setBrush(color);
-  painter.drawRect(0, 0, kSwatchPx - 1, kSwatchPx - 1);
-  return pixmap;
-}
+constexpr int kLeastWidthChars = 46;
 
 QString mark(bool isSet) {
   return isSet ? QStringLiteral("\u2713") : QString();
-}
-
-/// The color index nearest to a color: layers have no others at the command line.
-QString colorAnswer(const QColor& color) {
-  return QString::number(KdCmColor::trueColor(color.rgb() & 0xFFFFFF).colorIndex());
 }
 
 }  // namespace
@@ -77,9 +63,8 @@ void LayersPanel::addRow(const torva::db::LayerData& layer, bool isCurrent) {
   item->setText(kOn, mark(!layer.isOff));
   item->setText(kFrozen, mark(layer.isFrozen));
   item->setText(kLocked, mark(layer.isLocked));
-  const QColor color = QColor::fromRgb(layer.color.rgb());
-  item->setIcon(kColor, swatch(color));
-  item->setData(kColor, Qt::UserRole, color);
+  item->setIcon(kColor, torva::dialog::swatchIcon(layer.color));
+  item->setData(kColor, Qt::UserRole, layer.color.color());
 }
 
 void LayersPanel::change(QTreeWidgetItem* item, int column) {
@@ -94,15 +79,18 @@ void LayersPanel::change(QTreeWidgetItem* item, int column) {
     case kLocked:
       return give(isSet ? "Unlock" : "LOck", layer);
     case kColor:
-      return chooseColor(layer, item->data(kColor, Qt::UserRole).value<QColor>());
+      return chooseColor(layer, item->data(kColor, Qt::UserRole).toUInt());
     default:
       return;
   }
 }
 
-void LayersPanel::chooseColor(const QString& layer, const QColor& present) {
-  const QColor color = QColorDialog::getColor(present, this, tr("Color of layer %1").arg(layer));
-  if (color.isValid()) give("Color " + colorAnswer(color), layer);
+void LayersPanel::chooseColor(const QString& layer, std::uint32_t presentWord) {
+  KdCmColor present;
+  present.setColor(presentWord);
+  const auto color = torva::dialog::chooseColor(this, present, tr("Color of layer %1").arg(layer));
+  // Of a true color the index nearest to it: layers have no others at the command line.
+  if (color && *color != present) give("Color " + QString::number(color->colorIndex()), layer);
 }
 
 bool LayersPanel::isCurrent(const QString& layer) const {

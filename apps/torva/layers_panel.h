@@ -24,7 +24,7 @@ class LayersPanel final : public QTreeWidget {
   void refresh();
   void addRow(const torva::db::LayerData& layer, bool isCurrent);
   void change(QTreeWidgetItem* item, int column);
-  void chooseColor(const QString& layer, const QColor& present);
+  void chooseColor(const QString& layer, std::uint32_t presentWord);
   bool isCurrent(const QString& layer) const;
   void give(const QString& option, const QString& layer, const std::wstring& more = {});
 

@@ -45,14 +45,18 @@ std::optional<KdCmColor> trueColorOf(std::wstring_view text) {
 
 }  // namespace
 
+std::optional<KdCmColor> colorOf(std::wstring_view text) {
+  const auto index = indexOf(text);
+  return index ? KdCmColor::byIndex(*index) : trueColorOf(text);
+}
+
 Result<KdCmColor> colorFor(const db::Database& drawing, std::wstring_view text) {
-  if (const auto index = indexOf(text)) return KdCmColor::byIndex(*index);
-  const auto color = trueColorOf(text);
+  const auto color = colorOf(text);
   if (!color) {
     return fail(ErrorCode::invalidValue,
                 utf8FromWide(inQuotes(text)) + " is no color: a name, a number from 1 to 255, or r,g,b");
   }
-  if (drawing.file().version() < dxf::Version::r2004) {
+  if (color->isTrueColor() && drawing.file().version() < dxf::Version::r2004) {
     return fail(ErrorCode::notApplicable, "drawings before R2004 hold no colors by r,g,b");
   }
   return *color;

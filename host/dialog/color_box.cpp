@@ -1,21 +1,19 @@
+#include "dialog/color_dialog.h"
+#include "dialog/color_swatch.h"
 #include "runtime/host_texts.h"
 
 #include <kdrx/db_reserved.h>
 #include <kdrx/ui/color_box.h>
 
 #include <QtGui/QKeyEvent>
-#include <QtGui/QPainter>
-#include <QtGui/QWheelEvent>
-#include <QtWidgets/QColorDialog>
 
 namespace {
 
 constexpr int kWordRole = Qt::UserRole, kKeyRole = Qt::UserRole + 1;
-constexpr int kByLayerIndex = 256, kByBlockIndex = 0, kForegroundIndex = 7;
+constexpr int kByLayerIndex = 256, kByBlockIndex = 0;
 constexpr int kNamedColors = 7;
 constexpr int kFirstRecentRow = 2 + kNamedColors;
 constexpr int kMostRecent = 8;
-constexpr int kSwatchPx = 14;
 
 bool hasColor(const QComboBox& box, int row) {
   return box.itemData(row, kWordRole).isValid();
@@ -41,27 +39,9 @@ int rowOf(const QComboBox& box, const KdCmColor& color) {
   return -1;
 }
 
-/// What is by layer or by block has an empty frame; white, which is black on paper, is half of each.
-QPixmap swatchOf(const KdCmColor& color, int scale) {
-  QPixmap swatch(kSwatchPx * scale, kSwatchPx * scale);
-  swatch.setDevicePixelRatio(scale);
-  swatch.fill(Qt::transparent);
-  QPainter painter(&swatch);
-  const QRectF frame(0.5, 1.5, kSwatchPx - 1, kSwatchPx - 3);
-  const bool isShown = !color.isByLayer() && !color.isByBlock();
-  if (isShown) painter.fillRect(frame, QColor(QRgb(color.rgb() | 0xFF000000u)));
-  if (isShown && !color.isTrueColor() && color.colorIndex() == kForegroundIndex) {
-    painter.fillRect(frame.adjusted(frame.width() / 2, 0, 0, 0), Qt::black);
-  }
-  painter.setPen(QPen(Qt::darkGray, 1));
-  painter.drawRect(frame);
-  return swatch;
-}
-
 void insertColor(QComboBox& box, int row, const KdCmColor& color) {
-  QIcon icon;
-  for (const int scale : {1, 2}) icon.addPixmap(swatchOf(color, scale));
-  box.insertItem(row, icon, QString::fromStdWString(CKdUiTrueColorComboBox::NameOf(color)), color.color());
+  const QString name = QString::fromStdWString(CKdUiTrueColorComboBox::NameOf(color));
+  box.insertItem(row, torva::dialog::swatchIcon(color), name, color.color());
   box.setItemData(row, QString::fromStdWString(color.dictionaryKey()), kKeyRole);
 }
 
@@ -78,7 +58,7 @@ QComboBox* boxOf(const CKdUiTrueColorComboBox& box) {
 }  // namespace
 
 QKdUiTrueColorComboBox::QKdUiTrueColorComboBox(QWidget* parent) : QComboBox(parent) {
-  setIconSize({kSwatchPx, kSwatchPx});
+  setIconSize({torva::dialog::kSwatchPx, torva::dialog::kSwatchPx});
   for (const int index : {kByLayerIndex, kByBlockIndex}) insertColor(*this, count(), KdCmColor::byIndex(index));
   for (int index = 1; index <= kNamedColors; ++index) insertColor(*this, count(), KdCmColor::byIndex(index));
   addItem(QString::fromStdWString(torva::runtime::hostText(torva::runtime::HostText::selectColor)));
@@ -95,25 +75,24 @@ void QKdUiTrueColorComboBox::OnCurrentIndexChanged(int row) {
 
 void QKdUiTrueColorComboBox::OnActivated(int row) {
   if (hasColor(*this, row)) return;
-  const std::uint32_t rgb = colorAt(*this, m_colorRow).rgb();
   const auto title = torva::runtime::hostText(torva::runtime::HostText::selectColorTitle);
-  const QColor chosen = QColorDialog::getColor(QColor(QRgb(rgb)), this, QString::fromStdWString(title));
-  if (!chosen.isValid()) return setCurrentIndex(m_colorRow);
-  const KdCmColor color = KdCmColor::trueColor(chosen.rgb() & 0xFFFFFFu);
-  const int present = rowOf(*this, color);
-  present < 0 ? addRecent(*this, color) : setCurrentIndex(present);
+  const auto color = torva::dialog::chooseColor(this, colorAt(*this, m_colorRow), QString::fromStdWString(title));
+  if (!color) return setCurrentIndex(m_colorRow);
+  const int present = rowOf(*this, *color);
+  present < 0 ? addRecent(*this, *color) : setCurrentIndex(present);
 }
 
-/// Going down through the rows stops before the last one, whose dialog is only shown to who asks for it.
+/// Going down through the rows ends before the last one, whose dialog is only shown to who asks for it.
 void QKdUiTrueColorComboBox::keyPressEvent(QKeyEvent* event) {
-  const bool goesOn = event->key() == Qt::Key_Down || event->key() == Qt::Key_PageDown || event->key() == Qt::Key_End;
-  if (goesOn && event->modifiers() == Qt::NoModifier && !hasColor(*this, currentIndex() + 1)) return;
-  QComboBox::keyPressEvent(event);
-}
-
-/// A turn of the wheel that was meant for something else would change the color without a word.
-void QKdUiTrueColorComboBox::wheelEvent(QWheelEvent* event) {
-  event->ignore();
+  const bool opensList = event->modifiers() & Qt::AltModifier;
+  const bool goesDown = (event->key() == Qt::Key_Down && !opensList) || event->key() == Qt::Key_PageDown;
+  const int last = count() - 2;
+  const bool isAtEnd = currentIndex() >= last;
+  if (goesDown && isAtEnd) return;
+  if (event->key() != Qt::Key_End) return QComboBox::keyPressEvent(event);
+  if (isAtEnd) return;
+  setCurrentIndex(last);
+  emit activated(last);
 }
 
 CKdUiTrueColorComboBox::~CKdUiTrueColorComboBox() = default;

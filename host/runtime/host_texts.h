@@ -14,6 +14,8 @@ enum class HostText : unsigned {
   firstColor = 210,  ///< Of color index 1; those of the indices up to 7 follow.
   selectColor = 220,
   selectColorTitle = 221,
+  color = 222,
+  trueColor = 223,
 };
 
 /// A text of the host's own resource library in the user's language; empty without the library.

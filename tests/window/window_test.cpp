@@ -291,7 +291,17 @@ TEST_F(Window, layersAreChangedByTheirMarks) {
     return torva::db::LayerData();
   };
   run({click("WALLS", LayersPanel::kOn), [&] { EXPECT_TRUE(walls().isOff); }, click("WALLS", LayersPanel::kLocked),
-       [&] { EXPECT_TRUE(walls().isLocked); }, click("WALLS", LayersPanel::kOn), [&] { EXPECT_FALSE(walls().isOff); }});
+       [&] { EXPECT_TRUE(walls().isLocked); }, click("WALLS", LayersPanel::kOn), [&] { EXPECT_FALSE(walls().isOff); },
+       [&] {
+         withNextDialog([&](QDialog& dialog) {
+           auto* color = dialog.findChild<QLineEdit*>("color");
+           EXPECT_EQ(color->text().toInt(), walls().color.colorIndex());
+           color->setText("146");
+           dialog.accept();
+         });
+         click("WALLS", LayersPanel::kColor)();
+       },
+       [&] { EXPECT_EQ(walls().color, KdCmColor::byIndex(146)); }});
   EXPECT_EQ(faults, "");
 }
 

@@ -7,7 +7,8 @@
 #include <QtWidgets/QComboBox>
 
 /// The widget of a CKdUiTrueColorComboBox, for layouts: ByLayer, ByBlock, the seven colors that have names, what was used
-/// lately, and a last row that lets the user choose any color. Its signal activated(int) tells of what the user chose.
+/// lately, and a last row that lets the user choose any color in a dialog. Its signal activated(int) tells of what the user
+/// chose.
 class KDRX_API QKdUiTrueColorComboBox : public QComboBox {
  public:
   explicit QKdUiTrueColorComboBox(QWidget* parent = nullptr);
@@ -15,7 +16,6 @@ class KDRX_API QKdUiTrueColorComboBox : public QComboBox {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
 
  private:
   void OnActivated(int row);
