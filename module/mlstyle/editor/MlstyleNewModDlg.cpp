@@ -291,8 +291,22 @@ void CMlstyleNewModDlg::SetControlState(bool hasElement) {
   GetDlgItem(kDelete)->EnableWindow(hasElement && m_elements.GetItemCount() != 1);
 }
 
+bool CMlstyleNewModDlg::IsOffsetRefused() const {
+  return m_shownColor && !gx_strIsValidReal(m_offsetEdit.GetWindowTextW().c_str(), true, false, nullptr);
+}
+
+int CMlstyleNewModDlg::RowOf(const KdCmColor* color) const {
+  for (int row = 0; row < m_elements.GetItemCount(); ++row) {
+    if (ColorOf(row) == color) return row;
+  }
+  return -1;
+}
+
 void CMlstyleNewModDlg::OnClickList() {
+  // Else the row would be left with what was a number on the way.
+  if (IsOffsetRefused()) return m_elements.SelectItem(RowOf(m_shownColor));
   const int row = m_elements.GetSelectedItem();
+  m_shownColor = ColorOf(row);
   SetControlState(row >= 0);
   if (row < 0) return m_offsetEdit.SetWindowTextW(kNoOffset);
   m_offsetEdit.SetWindowTextW(m_elements.GetItemText(row, kOffsetColumn).c_str());
@@ -307,6 +321,7 @@ void CMlstyleNewModDlg::OnClickList() {
 }
 
 void CMlstyleNewModDlg::OnAddElement() {
+  if (IsOffsetRefused()) return m_offsetEdit.SetFocus();
   if (m_workingCopy->numElements() == kMostElements) {
     MessageBoxW(textOf(kTooManyElements).c_str(), L"");
     return;
@@ -316,13 +331,13 @@ void CMlstyleNewModDlg::OnAddElement() {
   m_elements.SelectItem(row);
   SetControlState(true);
   OnClickList();
-  m_elements.Sort(kOffsetColumn, true);
-  TakeElements();
+  SortElements();
 }
 
 void CMlstyleNewModDlg::OnDelElement() {
   const int row = m_elements.GetSelectedItem();
   if (row < 0) return;
+  m_shownColor = nullptr;
   m_elements.SetFocus();
   std::erase_if(m_colors, [color = ColorOf(row)](const auto& owned) { return owned.get() == color; });
   m_elements.DeleteItem(row);
@@ -347,6 +362,17 @@ bool CMlstyleNewModDlg::TakeFields() {
 
 void CMlstyleNewModDlg::OnOffsetKillfocus() {
   if (!TakeFields()) return;
+  m_isSortDue = true;
+  // The row that the list is pressed at has to stay under the mouse.
+  if (!m_widget->IsListPressed()) SortElements();
+}
+
+void CMlstyleNewModDlg::OnListReleased() {
+  if (m_isSortDue && !m_widget->IsListPressed()) SortElements();
+}
+
+void CMlstyleNewModDlg::SortElements() {
+  m_isSortDue = false;
   m_elements.Sort(kOffsetColumn, true);
   TakeElements();
 }
@@ -444,6 +470,8 @@ void CMlstyleNewModDlg::ShowWorkingCopy() {
 
 void CMlstyleNewModDlg::OnOK() {
   if (!UpdateData(true) || !ValidateAng(m_startAngle) || !ValidateAng(m_endAngle)) return;
+  // Whatever column the user sorted by: elements are stored by their offsets.
+  m_elements.Sort(kOffsetColumn, true);
   ModifyStyle();
   KeepPosition(*this, kPositionPrefix);
   EndDialog(IDOK);
@@ -469,6 +497,7 @@ void CMlstyleNewModDlg::OnCancel() {
 }
 
 void CMlstyleNewModDlg::OnDestroy() {
+  m_shownColor = nullptr;
   m_colors.clear();
   CDialog::OnDestroy();
 }

@@ -51,12 +51,15 @@ class CMlstyleNewModDlg : public CDialog {
   /// Enables what concerns the selected element. The last element cannot be deleted.
   void SetControlState(bool hasElement);
 
+  /// Shows the selected element. While the offset is none that selection stays where it is.
   void OnClickList();
   void OnAddElement();
   void OnDelElement();
   /// Takes over what is typed as soon as it is a number.
   void OnEnterOffset();
   void OnOffsetKillfocus();
+  /// Does what waited for a press of the list to end.
+  void OnListReleased();
   void OnAngKillfocus();
   void OnselchgElecol();
   void OnselchgFillcol();
@@ -92,6 +95,10 @@ class CMlstyleNewModDlg : public CDialog {
   /// Exchanges data when an edit was left. An edit that is left since the focus goes back to one that was refused, or since
   /// the dialog ends, is no input.
   bool TakeFields();
+  bool IsOffsetRefused() const;
+  int RowOf(const KdCmColor* color) const;
+  /// Brings the rows into their order.
+  void SortElements();
   /// Brings the rows into the working copy and shows it.
   void TakeElements();
   void ShowWorkingCopy();
@@ -104,10 +111,11 @@ class CMlstyleNewModDlg : public CDialog {
   CKdUiTrueColorComboBox m_fillColor, m_elementColor;
   CSortListCtrl m_elements;
   std::vector<std::unique_ptr<KdCmColor>> m_colors;  // of the rows, whose data point to them
+  const KdCmColor* m_shownColor = nullptr;           // of the element that the edits show; null when they show none
   CKdUiLineTypeComboBox m_linetype;
   CStdStr<wchar_t> m_newName, m_sourceName, m_description;
   CStdStr<wchar_t> m_startAngle, m_endAngle;
   CEdit m_offsetEdit, m_startAngleEdit, m_endAngleEdit;
   EStyleEdit m_mode = EStyleEdit::newStyle;
-  bool m_isTakingFields = false;
+  bool m_isTakingFields = false, m_isSortDue = false;
 };

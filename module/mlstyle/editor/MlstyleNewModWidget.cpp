@@ -5,6 +5,7 @@
 #include "ui/LogicCall.h"
 #include "ui_CMlstyleNewModDlg.h"
 
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QGroupBox>
 
 namespace KVUI {
@@ -12,11 +13,26 @@ namespace KVUI {
 CMlstyleNewModDlg::CMlstyleNewModDlg(CDialog* logic, QWidget* parent) : QBaseDialog(logic, parent) {
   Ui_CMlstyleNewModDlg layout;
   layout.setupUi(this);
+  m_elements = layout.Elements;
   m_preview = layout.Preview;
 }
 
 void CMlstyleNewModDlg::ArrangeGroups() {
   for (QGroupBox* group : findChildren<QGroupBox*>()) group->layout()->activate();
+}
+
+bool CMlstyleNewModDlg::IsListPressed() const {
+  return m_elements->hasFocus() && QApplication::mouseButtons() != Qt::NoButton;
+}
+
+bool CMlstyleNewModDlg::eventFilter(QObject* receiver, QEvent* event) {
+  const bool isReleased = event->type() == QEvent::MouseButtonRelease && receiver == m_elements->viewport();
+  if (isReleased) QMetaObject::invokeMethod(this, &CMlstyleNewModDlg::OnListReleased, Qt::QueuedConnection);
+  return QBaseDialog::eventFilter(receiver, event);
+}
+
+void CMlstyleNewModDlg::OnListReleased() {
+  CallLogic(*this, &::CMlstyleNewModDlg::OnListReleased);
 }
 
 void CMlstyleNewModDlg::ShowPreview(const KdDbMlineStyle& style) {

@@ -4,6 +4,7 @@
 
 class KdDbMlineStyle;
 class QLabel;
+class QTableWidget;
 
 namespace KVUI {
 
@@ -16,6 +17,8 @@ class CMlstyleNewModDlg : public QBaseDialog {
 
   /// Gives the controls in groups their places, which else happens when the dialog is shown.
   void ArrangeGroups();
+  /// Whether the list of elements has been pressed and not yet been released.
+  bool IsListPressed() const;
   /// Shows what a style looks like.
   void ShowPreview(const KdDbMlineStyle& style);
 
@@ -33,7 +36,13 @@ class CMlstyleNewModDlg : public QBaseDialog {
   void OnOK();
   void OnCancel();
 
+ protected:
+  bool eventFilter(QObject* receiver, QEvent* event) override;
+
  private:
+  void OnListReleased();
+
+  QTableWidget* m_elements;
   QLabel* m_preview;
 };
 

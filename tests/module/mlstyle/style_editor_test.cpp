@@ -355,6 +355,67 @@ TEST_F(StyleEditorTest, RefusesWhatIsNoOffsetAndNoAngle) {
   EXPECT_EQ(stored(L"Plain"), before);
 }
 
+TEST_F(StyleEditorTest, ARefusedOffsetKeepsItsElementUntilItIsPutRight) {
+  EXPECT_EQ(modify(L"Plain",
+                   [&](QDialog& dialog) {
+                     auto& offset = control<QLineEdit>(dialog, kOffset);
+                     select(dialog, 0);
+                     type(dialog, kOffset, "7abc");
+                     select(dialog, 1);
+                     QApplication::processEvents();
+                     EXPECT_THAT(messages.heard, ElementsAre(L"beep"));
+                     press(dialog, kAdd);
+                     EXPECT_EQ(table(dialog).rowCount(), 2);
+                     for (int i = 0; i < 2; ++i) emit table(dialog).horizontalHeader()->sectionClicked(0);
+                     EXPECT_EQ(table(dialog).currentRow(), 1) << "behind 0.5 and still the same";
+                     EXPECT_EQ(table(dialog).selectedItems().size(), 3);
+                     EXPECT_EQ(offset.text(), "7abc");
+                     EXPECT_TRUE(offset.hasFocus());
+                     type(dialog, kOffset, "8.5");
+                     select(dialog, 0);
+                     EXPECT_EQ(offset.text(), "0.5");
+                     type(dialog, kOffset, "x");
+                     press(dialog, kDelete);
+                     EXPECT_EQ(row(dialog, 0), "8.5|ByLayer|ByLayer|");
+                     EXPECT_EQ(offset.text(), "8.5");
+                     pressOk(dialog);
+                   }),
+            IDOK);
+  EXPECT_EQ(stored(L"Plain"), L"two 0 bylayer 9000 9000 8.5:bylayer:bylayer");
+}
+
+TEST_F(StyleEditorTest, AClickSelectsWhatIsUnderTheMouseAlsoWhenRowsAreAboutToMove) {
+  struct Case {
+    const char *offset, *shown;
+    int clicked, selected;
+  };
+  const Case cases[] = {
+      {"8.5", "-0.5", 1, 0}, {"8.5", "10", 4, 4}, {"8.5", "8.5", 0, 2}, {"-3", "-0.5", 1, 1}, {"99", "0", 2, 1}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.offset << ' ' << c.clicked);
+    modify(L"Rich", [&](QDialog& dialog) {
+      select(dialog, 0);
+      type(dialog, kOffset, c.offset);
+      QWidget* viewport = table(dialog).viewport();
+      table(dialog).scrollToItem(table(dialog).item(c.clicked, 0));
+      const QPoint place = table(dialog).visualItemRect(table(dialog).item(c.clicked, 0)).center();
+      QTest::mousePress(viewport, Qt::LeftButton, {}, place);
+      QApplication::processEvents();
+      QMouseEvent moved(QEvent::MouseMove, place + QPoint(1, 0), Qt::NoButton, Qt::LeftButton, {});
+      QApplication::sendEvent(viewport, &moved);
+      QTest::mouseRelease(viewport, Qt::LeftButton, {}, place);
+      QApplication::processEvents();
+      EXPECT_EQ(table(dialog).currentRow(), c.selected);
+      EXPECT_EQ(control<QLineEdit>(dialog, kOffset).text(), c.shown);
+      EXPECT_EQ(parent.shown.back().find(L" -2:"), std::wstring::npos) << "the typed offset is taken";
+      std::vector<double> offsets;
+      for (int i = 0; i < 5; ++i) offsets.push_back(table(dialog).item(i, 0)->text().toDouble());
+      EXPECT_TRUE(std::is_sorted(offsets.begin(), offsets.end()));
+      pressCancel(dialog);
+    });
+  }
+}
+
 TEST_F(StyleEditorTest, ANewStyleIsThereUntilItIsCancelled) {
   const std::string before = bytes();
   const auto look = [&](QDialog& dialog) {

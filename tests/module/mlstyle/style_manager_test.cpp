@@ -5,6 +5,7 @@
 
 #include <kdrx/app.h>
 
+#include <QtGui/QTextDocument>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QTextEdit>
@@ -236,6 +237,20 @@ TEST_F(StyleManagerTest, RowsFollowWhatWentThrough) {
     EXPECT_EQ(allowed(), "CMRD");
   });
   EXPECT_EQ(current(), L"Free");
+}
+
+TEST_F(StyleManagerTest, AClickDrawsOnePictureAsAKeyDoes) {
+  manage([&](QDialog& dialog) {
+    select("Paper");
+    int changes = 0;
+    const auto* picture = control<QTextEdit>(dialog, kPreview).document();
+    QObject::connect(picture, &QTextDocument::contentsChanged, &dialog, [&changes] { ++changes; });
+    QTest::keyClick(list, Qt::Key_Home);
+    const int byKey = std::exchange(changes, 0);
+    EXPECT_GT(byKey, 0);
+    select("Paper");
+    EXPECT_EQ(changes, byKey);
+  });
 }
 
 TEST_F(StyleManagerTest, AStyleIsMadeCurrent) {
