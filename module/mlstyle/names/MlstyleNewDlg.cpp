@@ -35,12 +35,12 @@ void CMlstyleNewDlg::DoDataExchange(CDataExchange* exchange) {
 }
 
 void CMlstyleNewDlg::AddStyleNameToCombo() {
-  AddStyleNames(m_startWithBox, m_dictionary);
+  AddStyleNames(m_startWithBox, m_dictionary, EStyleNames::ofStyles);
 }
 
 void CMlstyleNewDlg::OnEnterName() {
   UpdateData(true);
-  const bool isFree = m_startWithBox.FindStringExact(-1, m_newName.c_str()) < 0;
+  const bool isFree = !HasStyleName(m_dictionary, m_newName);
   GetDlgItem(IDOK)->EnableWindow(!m_newName.empty() && isFree && IsNewStyleName(m_newName));
 }
 

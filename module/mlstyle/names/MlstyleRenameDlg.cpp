@@ -19,7 +19,7 @@ CMlstyleRenameDlg::CMlstyleRenameDlg(CWnd* parent) : CDialog(kTemplateId) {
 
 bool CMlstyleRenameDlg::OnInitDialog() {
   CDialog::OnInitDialog();
-  AddStyleNames(m_names, m_dictionary);
+  AddStyleNames(m_names, m_dictionary, EStyleNames::all);
   m_names.SetCurSel(0);
   UpdateData(false);
   ShowHostIcon(*this);

@@ -30,8 +30,21 @@ bool IsRenamedStyleName(const std::wstring& name) {
   return std::ranges::all_of(name, isLetterOrDigit);
 }
 
-void AddStyleNames(CComboBox& box, KdDbObjectId dictionary) {
+void AddStyleNames(CComboBox& box, KdDbObjectId dictionary, EStyleNames which) {
   const COpenedObject<KdDbDictionary> styles(dictionary, KdOpenMode::forRead);
   if (!styles) return;
-  for (const auto entry = styles->newIterator(); !entry->done(); entry->next()) box.AddString(entry->name().c_str());
+  for (const auto entry = styles->newIterator(); !entry->done(); entry->next()) {
+    std::wstring name;
+    const bool isThere = styles->nameAt(entry->objectId(), name) == KdStatus::ok;
+    if (isThere || which == EStyleNames::all) box.AddString(entry->name().c_str());
+  }
+}
+
+bool HasStyleName(KdDbObjectId dictionary, const std::wstring& name) {
+  const COpenedObject<KdDbDictionary> styles(dictionary, KdOpenMode::forRead);
+  if (!styles) return false;
+  for (const auto entry = styles->newIterator(); !entry->done(); entry->next()) {
+    if (kdutEqualsIgnoringCase(entry->name().c_str(), name.c_str())) return true;
+  }
+  return false;
 }

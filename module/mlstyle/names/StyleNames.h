@@ -14,5 +14,10 @@ bool IsNewStyleName(const std::wstring& name);
 /// style that has a hyphen cannot be given that name again.
 bool IsRenamedStyleName(const std::wstring& name);
 
+/// Which names of a dictionary are meant: all, or those alone whose style is there.
+enum class EStyleNames { all, ofStyles };
+
 /// Adds the names of a dictionary to a box, in the dictionary's order.
-void AddStyleNames(CComboBox& box, KdDbObjectId dictionary);
+void AddStyleNames(CComboBox& box, KdDbObjectId dictionary, EStyleNames which);
+/// Whether a dictionary has a name, ignoring case.
+bool HasStyleName(KdDbObjectId dictionary, const std::wstring& name);

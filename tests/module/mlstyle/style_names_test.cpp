@@ -72,6 +72,44 @@ TEST_F(StyleNamesTest, OnlyGoodNamesMayBeConfirmed) {
   EXPECT_EQ(stillOpen, 0);
 }
 
+TEST_F(StyleNamesTest, AnEntryWithoutAStyleIsANameAndNothingToStartWith) {
+  addStyle(L"Gone");
+  addStyle(L"Wall");
+  drawing().flush();
+  std::string text = bytes();
+  const std::string record = "\nMLINESTYLE";
+  const auto gone = text.find(record, text.find(record) + 1), next = text.find(record, gone + 1);
+  ASSERT_NE(next, text.npos);
+  text.erase(gone, next - gone);
+  ASSERT_TRUE(host->editor().openDrawing(folder.write("gone.dxf", text)));
+  CMlstyleNewDlg dialog(nullptr);
+  dialog.SetDictionary(dictionaryId());
+  withNextDialog([&](QDialog& widget) {
+    const auto& box = control<QComboBox>(widget, 1036);
+    ASSERT_EQ(box.count(), 2);
+    EXPECT_EQ(box.itemText(1), "Wall");
+    control<QLineEdit>(widget, 1035).setText("gONE");
+    EXPECT_FALSE(control<QPushButton>(widget, IDOK).isEnabled());
+    widget.reject();
+  });
+  EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+}
+
+TEST_F(StyleNamesTest, ALongNameMakesTheDialogNoWider) {
+  QSize sizes[2];
+  for (const int length : {1, 255}) {
+    CMlstyleRenameDlg dialog(nullptr);
+    dialog.SetDictionary(dictionaryId());
+    dialog.SetOldName(std::wstring(static_cast<std::size_t>(length), L'W'));
+    withNextDialog([&](QDialog& widget) {
+      sizes[length > 1] = widget.size();
+      widget.reject();
+    });
+    dialog.DoModal();
+  }
+  EXPECT_EQ(sizes[1], sizes[0]);
+}
+
 TEST_F(StyleNamesTest, OnlyAConfirmedDialogKeepsItsPosition) {
   const auto show = [&](CDialog& dialog, int editId, int button, const wchar_t* key) {
     withNextDialog([&](QDialog& widget) {
