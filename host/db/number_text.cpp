@@ -6,6 +6,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/current.h"
 #include "base/numbers.h"
@@ -45,9 +46,22 @@ std::string withoutEmptySign(std::string text) {
   return isZero && text.starts_with('-') ? text.substr(1) : text;
 }
 
+/// A number that, as it is written shortest, ends with a five behind the wanted digits is rounded away from zero, as people
+/// do it. What is held may lie below that: 0.15 does.
+double aboveTie(double value, std::chars_format format, int precision) {
+  std::array<char, 400> buffer;
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format);
+  const std::string_view text(buffer.data(), end);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::string_view decimals = text.substr(point, text.find('e') - point);
+  const bool isTie = decimals.ends_with('5') && decimals.size() == static_cast<std::size_t>(precision) + 2;
+  return isTie ? std::nextafter(value, std::copysign(HUGE_VAL, value)) : value;
+}
+
 std::string numberText(double value, std::chars_format format, int precision) {
   std::array<char, 400> buffer;  // the largest number has 309 digits in front of the point
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, precision);
+  const auto [end, error] =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), aboveTie(value, format, precision), format, precision);
   std::string text = withoutZeros(withoutEmptySign({buffer.data(), end}), dimzin());
   std::ranges::replace(text, 'e', 'E');
   return text;
