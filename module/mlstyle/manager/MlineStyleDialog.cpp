@@ -11,6 +11,7 @@
 #include "mlstyle/manager/MlineStyleWidget.h"
 #include "mlstyle/names/MlstyleNewDlg.h"
 #include "mlstyle/names/MlstyleRenameDlg.h"
+#include "mlstyle/names/StyleNames.h"
 #include "mlstyle/preview/StylePreview.h"
 #include "mlstyle/usage.h"
 #include "ui/DialogPosition.h"
@@ -163,11 +164,6 @@ void CMlineStyleDialog::OnListSelChange() {
   DrawCurStylePreview();
 }
 
-bool CMlineStyleDialog::HasStyle(const CStdStr<wchar_t>& name) const {
-  const COpenedObject<KdDbDictionary> styles(m_dictionary, KdOpenMode::forRead);
-  return styles && styles->has(name);
-}
-
 void CMlineStyleDialog::ShowDescription(const CStdStr<wchar_t>& name) {
   KdDbObjectId id;
   if (const COpenedObject<KdDbDictionary> styles(m_dictionary, KdOpenMode::forRead); styles)
@@ -212,7 +208,7 @@ void CMlineStyleDialog::OnAddStyle() {
   editor.SetSourceName(dialog.GetStartWith());
   editor.SetNewName(dialog.GetNewName());
   editor.SetDictionary(m_dictionary);
-  if (editor.DoModal() != IDOK || !HasStyle(dialog.GetNewName())) return DrawCurStylePreview();
+  if (editor.DoModal() != IDOK || !HasStyleName(m_dictionary, dialog.GetNewName())) return DrawCurStylePreview();
   kddbNextUndoStep();
   m_styles.AddString(dialog.GetNewName().c_str());
   SelectStyle(dialog.GetNewName());
@@ -279,7 +275,7 @@ bool CMlineStyleDialog::RemoveStyle(const CStdStr<wchar_t>& name) {
 void CMlineStyleDialog::OnLoadStyle() {
   CMlStyleLoadDlg dialog(this);
   dialog.SetDictionary(m_dictionary);
-  if (dialog.DoModal() == IDOK && HasStyle(dialog.GetChosenName())) {
+  if (dialog.DoModal() == IDOK && HasStyleName(m_dictionary, dialog.GetChosenName())) {
     kddbNextUndoStep();
     const wchar_t* name = dialog.GetChosenName().c_str();
     if (m_styles.FindStringExact(-1, name) < 0) m_styles.AddString(name);

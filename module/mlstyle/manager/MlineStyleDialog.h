@@ -52,7 +52,6 @@ class CMlineStyleDialog : public CDialog, public CStylePreviewer {
  private:
   bool FindDictionary();
   CStdStr<wchar_t> GetSelectedName() const;
-  bool HasStyle(const CStdStr<wchar_t>& name) const;
   /// Enables the buttons for the selected style, which has this name.
   void AllowOperations(const CStdStr<wchar_t>& name);
   void ShowCurrentName(const CStdStr<wchar_t>& name);

@@ -42,9 +42,5 @@ void AddStyleNames(CComboBox& box, KdDbObjectId dictionary, EStyleNames which) {
 
 bool HasStyleName(KdDbObjectId dictionary, const std::wstring& name) {
   const COpenedObject<KdDbDictionary> styles(dictionary, KdOpenMode::forRead);
-  if (!styles) return false;
-  for (const auto entry = styles->newIterator(); !entry->done(); entry->next()) {
-    if (kdutEqualsIgnoringCase(entry->name().c_str(), name.c_str())) return true;
-  }
-  return false;
+  return styles && styles->has(name);
 }

@@ -19,5 +19,5 @@ enum class EStyleNames { all, ofStyles };
 
 /// Adds the names of a dictionary to a box, in the dictionary's order.
 void AddStyleNames(CComboBox& box, KdDbObjectId dictionary, EStyleNames which);
-/// Whether a dictionary has a name, ignoring case.
+/// Whether a dictionary has a name, ignoring case; also one whose style is missing.
 bool HasStyleName(KdDbObjectId dictionary, const std::wstring& name);
