@@ -10,19 +10,9 @@ TEST(Color, IndexValuesSayTheirMethod) {
   EXPECT_TRUE(KdCmColor::byIndex(0).isByBlock());
   EXPECT_EQ(KdCmColor::byIndex(0).colorIndex(), 0);
   EXPECT_EQ(KdCmColor::byIndex(255).colorMethod(), KdCmColor::kByIndex);
-  EXPECT_EQ(KdCmColor::byIndex(255).colorIndex(), 255);
   KdCmColor color = KdCmColor::byIndex(9);
-  EXPECT_FALSE(color.setColorIndex(257));
-  EXPECT_FALSE(color.setColorIndex(-1));
+  for (const int outside : {257, -1}) EXPECT_FALSE(color.setColorIndex(outside));
   EXPECT_EQ(color, KdCmColor::byIndex(9));
-}
-
-TEST(Color, RawWordWithoutMethodIsByLayer) {
-  KdCmColor color;
-  color.setColor(192);
-  EXPECT_EQ(color.color(), 192u);
-  EXPECT_TRUE(color.isByLayer());
-  EXPECT_EQ(color.colorIndex(), 256);
 }
 
 TEST(Color, IsCalledByItsBookNameOrItsValue) {
@@ -47,8 +37,11 @@ TEST(Color, IsCalledByItsBookNameOrItsValue) {
   EXPECT_EQ(color.dictionaryKey(), L"") << "an index has no name";
 }
 
-TEST(Color, RawTrueColorWordReadsAsTrueColor) {
+TEST(Color, RawWordsAreTakenWithTheirMethod) {
   KdCmColor color;
+  color.setColor(192);
+  EXPECT_EQ(color.color(), 192u);
+  EXPECT_TRUE(color.isByLayer()) << "no method";
   color.setColorMethod(194);
   color.setColor(0xC2000000u + 0x102030u);
   EXPECT_EQ(color, KdCmColor::trueColor(0x102030));
@@ -57,13 +50,11 @@ TEST(Color, RawTrueColorWordReadsAsTrueColor) {
 
 TEST(Color, PaletteIsTheUsualOne) {
   // Read from an independent program's table.
-  const struct {
-    int index;
-    std::uint32_t rgb;
-  } cases[] = {{1, 0xFF0000},   {5, 0x0000FF},   {8, 0x808080},   {10, 0xFF0000}, {11, 0xFF7F7F},  {20, 0xFF3F00},
-               {21, 0xFF9F7F},  {27, 0x4C2F26},  {90, 0x00FF00},  {93, 0x52A552}, {108, 0x002609}, {130, 0x00FFFF},
-               {170, 0x0000FF}, {181, 0x9F7FFF}, {210, 0xFF00FF}, {63, 0x91A552}, {247, 0x4C262F}};
-  for (const auto& row : cases) EXPECT_EQ(KdCmColor::byIndex(row.index).rgb(), row.rgb) << row.index;
+  const std::pair<int, std::uint32_t> cases[] = {
+      {1, 0xFF0000},   {5, 0x0000FF},   {8, 0x808080},   {10, 0xFF0000}, {11, 0xFF7F7F},  {20, 0xFF3F00},
+      {21, 0xFF9F7F},  {27, 0x4C2F26},  {90, 0x00FF00},  {93, 0x52A552}, {108, 0x002609}, {130, 0x00FFFF},
+      {170, 0x0000FF}, {181, 0x9F7FFF}, {210, 0xFF00FF}, {63, 0x91A552}, {247, 0x4C262F}};
+  for (const auto& [index, rgb] : cases) EXPECT_EQ(KdCmColor::byIndex(index).rgb(), rgb) << index;
   EXPECT_EQ(KdCmColor().rgb(), 0u);
 }
 

@@ -12,7 +12,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class DictionaryTest : public PlanTest {};
+class DictionaryTest : public PlanTest {
+ protected:
+  std::string textOfRecord(dxf::Handle handle) {
+    return std::string(database().file().bytes(database().file().find(handle)));
+  }
+};
 
 TEST_F(DictionaryTest, FindsEntriesIgnoringCase) {
   const auto* styles = open<KdDbDictionary>(0x17);
@@ -32,53 +37,54 @@ TEST_F(DictionaryTest, FindsEntriesIgnoringCase) {
 }
 
 TEST_F(DictionaryTest, IteratesInTheOrderOfTheFile) {
-  std::vector<std::wstring> names;
-  std::vector<KdDbObjectId> ids;
-  for (auto entry = open<KdDbDictionary>(0x17)->newIterator(); !entry->done(); entry->next()) {
-    names.push_back(entry->name());
-    ids.push_back(entry->objectId());
-  }
-  EXPECT_THAT(names, ElementsAre(L"Standard", L"DOUBLE"));
-  EXPECT_THAT(ids, ElementsAre(id(0x18), id(0x19)));
+  std::vector<std::pair<std::wstring, KdDbObjectId>> entries;
+  for (auto entry = open<KdDbDictionary>(0x17)->newIterator(); !entry->done(); entry->next())
+    entries.emplace_back(entry->name(), entry->objectId());
+  EXPECT_THAT(entries, ElementsAre(std::pair(L"Standard", id(0x18)), std::pair(L"DOUBLE", id(0x19))));
+}
+
+using Change = std::function<KdStatus(KdDbDictionary&)>;
+
+Change renames(const wchar_t* former, const wchar_t* name) {
+  return [=](KdDbDictionary& dictionary) { return dictionary.setName(former, name); };
+}
+
+Change removes(const wchar_t* name) {
+  return [=](KdDbDictionary& dictionary) { return dictionary.remove(name); };
 }
 
 TEST_F(DictionaryTest, ChangesTheGroupsOfTheChangedEntriesAlone) {
+  const Change removesAndRenames = [](KdDbDictionary& dictionary) {
+    dictionary.remove(L"STANDARD");
+    return dictionary.setName(L"DOUBLE", L"Standard");
+  };
   const struct {
     const char* name;
-    std::function<KdStatus(KdDbDictionary&)> change;
+    Change change;
     KdStatus status;
     std::vector<std::string> groups;
   } cases[] = {
-      {"rename", [](auto& d) { return d.setName(L"standard", L"Plain"); }, KdStatus::ok, {"-3 Standard", "+3 Plain"}},
-      {"rename in another case",
-       [](auto& d) { return d.setName(L"STANDARD", L"STANDARD"); },
-       KdStatus::ok,
-       {"-3 Standard", "+3 STANDARD"}},
-      {"rename to a name there is", [](auto& d) { return d.setName(L"Standard", L"double"); }, KdStatus::duplicateKey, {}},
-      {"rename what is not there", [](auto& d) { return d.setName(L"X", L"Y"); }, KdStatus::keyNotFound, {}},
-      {"rename to nothing", [](auto& d) { return d.setName(L"Standard", L""); }, KdStatus::invalidInput, {}},
-      {"remove the first", [](auto& d) { return d.remove(L"STANDARD"); }, KdStatus::ok, {"-3 Standard", "-350 18"}},
-      {"remove the last", [](auto& d) { return d.remove(L"DOUBLE"); }, KdStatus::ok, {"-3 DOUBLE", "-350 019"}},
-      {"remove what is not there", [](auto& d) { return d.remove(L"X"); }, KdStatus::keyNotFound, {}},
-      {"remove and rename",
-       [](auto& d) {
-         d.remove(L"STANDARD");
-         return d.setName(L"DOUBLE", L"Standard");
-       },
-       KdStatus::ok,
-       {"-350 18", "-3 DOUBLE", "-350 019", "+350 19"}},
+      {"rename", renames(L"standard", L"Plain"), KdStatus::ok, {"-3 Standard", "+3 Plain"}},
+      {"another case", renames(L"STANDARD", L"STANDARD"), KdStatus::ok, {"-3 Standard", "+3 STANDARD"}},
+      {"rename to a name there is", renames(L"Standard", L"double"), KdStatus::duplicateKey, {}},
+      {"rename what is not there", renames(L"X", L"Y"), KdStatus::keyNotFound, {}},
+      {"rename to nothing", renames(L"Standard", L""), KdStatus::invalidInput, {}},
+      {"remove the first", removes(L"STANDARD"), KdStatus::ok, {"-3 Standard", "-350 18"}},
+      {"remove the last", removes(L"DOUBLE"), KdStatus::ok, {"-3 DOUBLE", "-350 019"}},
+      {"remove what is not there", removes(L"X"), KdStatus::keyNotFound, {}},
+      {"remove and rename", removesAndRenames, KdStatus::ok, {"-350 18", "-3 DOUBLE", "-350 019", "+350 19"}},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
     database().beginUndoStep(L"");
     auto* styles = open<KdDbDictionary>(0x17, KdOpenMode::forWrite);
-    const std::string before(database().file().bytes(database().file().find(0x17)));
+    const std::string before = textOfRecord(0x17);
     EXPECT_EQ(row.change(*styles), row.status);
     styles->close();
     EXPECT_FALSE(open<KdDbMlineStyle>(0x19)->isErased()) << "the named object stays as long as the command runs";
     database().closeAll();
     database().flush();
-    EXPECT_EQ(difference(before, database().file().bytes(database().file().find(0x17))), row.groups);
+    EXPECT_EQ(difference(before, textOfRecord(0x17)), row.groups);
     database().undo();
   }
 }
@@ -93,9 +99,6 @@ TEST_F(DictionaryTest, NewEntriesComeBehindTheLastOneOrReplaceTheirName) {
     EXPECT_TRUE(style->isWriteEnabled());
     style->close();
     styles->close();
-  };
-  const auto textOfRecord = [&](dxf::Handle handle) {
-    return std::string(database().file().bytes(database().file().find(handle)));
   };
   const std::string styles = textOfRecord(0x17), groups = textOfRecord(0xD);
   add(0x17, L"STANDARD");

@@ -81,10 +81,7 @@ TEST(EntityErasure, TakesAlongPartsAndWhatTheyOwnAndLeavesGroups) {
 }
 
 TEST(EntityDisplacement, ACopySharesNothingWithItsOriginal) {
-  const struct {
-    dxf::Handle handle;
-    const char* copy;
-  } rows[] = {
+  const std::pair<dxf::Handle, const char*> rows[] = {
       {0xA0,
        "0 TEXT\n5 FFFF\n102 {OTHER\n1 kept\n102 }\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbText\n10 6.0\n20 2.0\n30 0.0\n"
        "1001 OTHERS\n1005 FFFF\n1005 A1"},
@@ -100,11 +97,11 @@ TEST(EntityDisplacement, ACopySharesNothingWithItsOriginal) {
        "0 LINE\n5 10001\n330 FFFF\n8 0\n10 6.0\n20 0.0\n30 0.0\n11 7.0\n21 0.0\n31 0.0\n0 ENDBLK\n5 10002\n330 FFFF\n8 0\n"
        "0 DIMENSION\n5 10003\n330 1F\n8 0\n2 *D2\n10 6.0\n20 0.0\n30 0.0"},
   };
-  for (const auto& row : rows) {
-    Lines expected = groupLines(groupsFrom(row.copy));
+  for (const auto& [handle, copy] : rows) {
+    Lines expected = groupLines(groupsFrom(copy));
     for (std::string& line : expected) line = "+" + line;
-    EXPECT_EQ(changesBy([&](db::Database& database) {
-                EXPECT_TRUE(db::EntityDisplacement(database, {5, 0, 0}).copy(database.file().find(row.handle)));
+    EXPECT_EQ(changesBy([&, &handle = handle](db::Database& database) {
+                EXPECT_TRUE(db::EntityDisplacement(database, {5, 0, 0}).copy(database.file().find(handle)));
               }),
               expected);
   }

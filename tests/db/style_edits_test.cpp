@@ -51,13 +51,6 @@ TEST_F(StyleEditsTest, AreTakenBackAndBroughtAgainWholeAndReadBackEqual) {
       {"renamed, unused", [&](auto& d) { rename(d, 0x19, L"DOUBLE", L"TWO"); }, 2},
       {"removed, used by a wall", [](auto& d) { d.remove(L"standard"); }, 1},
       {"removed, unused", [](auto& d) { d.remove(L"double"); }, 2},
-      {"changed",
-       [&](auto&) {
-         auto* style = open<KdDbMlineStyle>(0x19, KdOpenMode::forWrite);
-         style->setFilled(true);
-         style->close();
-       },
-       1},
   };
   const std::string before = textOf(database());
   for (const auto& row : cases) {

@@ -69,20 +69,14 @@ TEST_F(UndoTest, ANewChangeEndsWhatCanBeBroughtAgainAndAnEmptyStepDoesNot) {
 }
 
 TEST_F(UndoTest, RestoresErasedAndMadeObjects) {
-  const auto* door = open<KdDbDictionary>(0x17);
-  door->numEntries();
-  database().closeAll();
   KdDbObjectId styleId;
+  EXPECT_EQ(open<KdDbDictionary>(0x17)->numEntries(), 2);
+  database().closeAll();
   step(L"MAKE", [&] {
-    auto* dictionary = open<KdDbDictionary>(0x17, KdOpenMode::forWrite);
     auto* style = new KdDbMlineStyle;
-    style->setName(L"NEW");
-    ASSERT_EQ(dictionary->setAt(L"NEW", style, styleId), KdStatus::ok);
-    style->close();
-    dictionary->close();
-    auto* line = open<KdDbEntity>(0xA1, KdOpenMode::forWrite);
-    EXPECT_EQ(line->erase(), KdStatus::ok);
-    line->close();
+    ASSERT_EQ(open<KdDbDictionary>(0x17, KdOpenMode::forWrite)->setAt(L"NEW", style, styleId), KdStatus::ok);
+    EXPECT_EQ(open<KdDbEntity>(0xA1, KdOpenMode::forWrite)->erase(), KdStatus::ok);
+    database().closeAll();
   });
   const auto made = changes();
   EXPECT_TRUE(database().undo());
@@ -95,9 +89,7 @@ TEST_F(UndoTest, RestoresErasedAndMadeObjects) {
 
   EXPECT_TRUE(database().redo());
   EXPECT_EQ(changes(), made);
-  KdDbMlineStyle* style = nullptr;
-  ASSERT_EQ(kddbOpenObject(style, styleId, KdOpenMode::forRead), KdStatus::ok);
-  EXPECT_EQ(style->name(), L"NEW");
+  EXPECT_EQ(kddbOpenObject(object, styleId, KdOpenMode::forRead), KdStatus::ok);
 }
 
 TEST_F(UndoTest, RestoresHeaderVariables) {

@@ -8,16 +8,19 @@
 
 namespace torva::test {
 
-/// Drawing text from a short form: one group a line, code and value with one blank between. Leading blanks and empty lines
-/// are passed over; a value may be empty.
+/// Drawing text from a short form: groups of code and value with one blank between, each on a line or behind " | ". Blanks
+/// in front of a line and empty lines are passed over; a value may be empty.
 inline std::string groupsFrom(std::string_view shortForm) {
   std::string text;
   std::istringstream lines{std::string(shortForm)};
   for (std::string line; std::getline(lines, line);) {
     line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
-    if (line.empty()) continue;
-    const std::size_t blank = std::min(line.find(' '), line.size());
-    text += line.substr(0, blank) + "\n" + (blank < line.size() ? line.substr(blank + 1) : "") + "\n";
+    while (!line.empty()) {
+      const std::string group = line.substr(0, line.find(" | "));
+      line.erase(0, group.size() + 3);
+      const std::size_t blank = std::min(group.find(' '), group.size());
+      text += group.substr(0, blank) + "\n" + (blank < group.size() ? group.substr(blank + 1) : "") + "\n";
+    }
   }
   return text;
 }
