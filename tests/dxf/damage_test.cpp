@@ -5,6 +5,7 @@
 
 #include "dxf/drawing_file.h"
 #include "dxf/sample_drawing.h"
+#include "support/drawing_text.h"
 
 namespace torva::dxf {
 namespace {
@@ -13,15 +14,16 @@ using test::openBytes;
 using test::sampleGroups;
 using test::SampleGroups;
 
-constexpr std::string_view kHeader = "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1015\n  0\nENDSEC\n";
-constexpr std::string_view kEntities = "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n2F\n  8\n0\n  0\nENDSEC\n";
-constexpr std::string_view kEof = "  0\nEOF\n";
-
-std::string joined(std::initializer_list<std::string_view> parts) {
-  std::string all;
-  for (const std::string_view part : parts) all.append(part);
-  return all;
+std::string text(std::string_view shortForm) {
+  return torva::test::inColumns(torva::test::groupsFrom(shortForm));
 }
+
+std::string entities(std::string_view records) {
+  return text("0 SECTION | 2 ENTITIES\n" + std::string(records) + "\n0 ENDSEC");
+}
+
+const std::string kHeader = text("0 SECTION | 2 HEADER | 9 $ACADVER | 1 AC1015 | 0 ENDSEC");
+const std::string kEntities = entities("0 LINE | 5 2F | 8 0"), kEof = text("0 EOF");
 
 using Places = std::vector<std::pair<FindingCode, std::size_t>>;
 
@@ -35,50 +37,40 @@ Places placesOf(const std::vector<Finding>& findings) {
 }
 
 TEST(Damage, WhatCanBeMendedIsAFindingAndTheBytesStay) {
-  struct Case {
+  const auto tables = [](const std::string& records) { return text("0 SECTION | 2 TABLES\n" + records + "\n0 EOF"); };
+  const struct {
     const char* name;
     std::string bytes;
     Places findings;
-  };
-  const Case cases[] = {
-      {"nothing", joined({kHeader, kEntities, kEof}), {}},
-      {"entities alone", joined({kEntities, kEof}), {}},
-      {"no EOF", joined({kHeader, kEntities}), {{FindingCode::missingEof, 22}}},
+  } cases[] = {
+      {"nothing", kHeader + kEntities + kEof, {}},
+      {"entities alone", kEntities + kEof, {}},
+      {"no EOF", kHeader + kEntities, {{FindingCode::missingEof, 22}}},
       {"no EOF and half a group",
-       joined({kHeader, kEntities, "  0\n"}),
+       kHeader + kEntities + "  0\n",
        {{FindingCode::truncatedGroup, 23}, {FindingCode::missingEof, 23}}},
       {"no ENDSEC before a section",
-       joined({kHeader, "  0\nSECTION\n  2\nBLOCKS\n", kEntities, kEof}),
+       kHeader + text("0 SECTION | 2 BLOCKS") + kEntities + kEof,
        {{FindingCode::missingEndsec, 15}}},
       {"no ENDSEC before EOF",
-       joined({kHeader, "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n2F\n", kEof}),
+       kHeader + text("0 SECTION | 2 ENTITIES | 0 LINE | 5 2F") + kEof,
        {{FindingCode::missingEndsec, 19}}},
       {"no ENDTAB",
-       "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nVPORT\n  0\nTABLE\n  2\nLAYER\n  0\nENDTAB\n  0\nENDSEC\n  0\nEOF\n",
+       tables("0 TABLE | 2 VPORT | 0 TABLE | 2 LAYER | 0 ENDTAB | 0 ENDSEC"),
        {{FindingCode::missingEndtab, 9}}},
-      {"no ENDTAB before ENDSEC",
-       "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nVPORT\n  0\nENDSEC\n  0\nEOF\n",
-       {{FindingCode::missingEndtab, 9}}},
-      {"no ENDBLK",
-       "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  0\nLINE\n  0\nENDSEC\n  0\nEOF\n",
-       {{FindingCode::missingEndblk, 9}}},
-      {"handle used twice", joined({kHeader, kEntities, kEntities, kEof}), {{FindingCode::duplicateHandle, 27}}},
-      {"handle that is none",
-       joined({"  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\nwall\n  0\nENDSEC\n", kEof}),
-       {{FindingCode::badHandle, 5}}},
-      {"handle 0",
-       joined({"  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n0\n  0\nENDSEC\n", kEof}),
-       {{FindingCode::badHandle, 5}}},
-      {"no handles",
-       joined({kHeader, "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\n0\n  0\nLINE\n  0\nENDSEC\n", kEof}),
-       {{FindingCode::missingHandle, 15}}},
-      {"content behind EOF", joined({kHeader, kEntities, kEof, "\nsigned\n"}), {{FindingCode::contentAfterEof, 26}}},
-      {"filler behind EOF", joined({kHeader, kEntities, kEof, "\r\n \x1A"}), {}},
+      {"no ENDTAB before ENDSEC", tables("0 TABLE | 2 VPORT | 0 ENDSEC"), {{FindingCode::missingEndtab, 9}}},
+      {"no ENDBLK", text("0 SECTION | 2 BLOCKS | 0 BLOCK | 0 LINE | 0 ENDSEC | 0 EOF"), {{FindingCode::missingEndblk, 9}}},
+      {"handle used twice", kHeader + kEntities + kEntities + kEof, {{FindingCode::duplicateHandle, 27}}},
+      {"handle that is none", entities("0 LINE | 5 wall") + kEof, {{FindingCode::badHandle, 5}}},
+      {"handle 0", entities("0 LINE | 5 0") + kEof, {{FindingCode::badHandle, 5}}},
+      {"no handles", kHeader + entities("0 LINE | 8 0 | 0 LINE") + kEof, {{FindingCode::missingHandle, 15}}},
+      {"content behind EOF", kHeader + kEntities + kEof + "\nsigned\n", {{FindingCode::contentAfterEof, 26}}},
+      {"filler behind EOF", kHeader + kEntities + kEof + "\r\n \x1A", {}},
       {"seed not above the handles",
-       joined({"  0\nSECTION\n  2\nHEADER\n  9\n$HANDSEED\n  5\n2F\n  0\nENDSEC\n", kEntities, kEof}),
+       text("0 SECTION | 2 HEADER | 9 $HANDSEED | 5 2F | 0 ENDSEC") + kEntities + kEof,
        {{FindingCode::badHandseed, 0}}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     for (const DamagePolicy policy : {DamagePolicy::refuse, DamagePolicy::recover}) {
       const auto opened = openBytes(c.bytes, policy);
       ASSERT_TRUE(opened.file) << c.name << ": " << opened.error->message();
@@ -89,38 +81,37 @@ TEST(Damage, WhatCanBeMendedIsAFindingAndTheBytesStay) {
 }
 
 TEST(Damage, WhatWouldLoseContentIsRefusedAndCanBeRecovered) {
-  struct Case {
+  const struct {
     const char* name;
     std::string bytes;
     std::string message;
     Places recovered;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"cut inside a value",
-       joined({kHeader, "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n2"}),
+       kHeader + "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n2",
        "plan.dxf:18: the drawing ends inside section ENTITIES: it was cut short",
        {{FindingCode::missingEndsec, 18}, {FindingCode::missingEof, 18}}},
       {"cut behind a code",
-       joined({kHeader, "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n"}),
+       kHeader + "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n",
        "plan.dxf:17: the drawing ends inside section ENTITIES: it was cut short",
        {{FindingCode::truncatedGroup, 17},
         {FindingCode::missingEndsec, 17},
         {FindingCode::missingEof, 17},
         {FindingCode::missingHandle, 15}}},
       {"lost line",
-       joined({kHeader, "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n2F\n  8\n0\n  0\nENDSEC\n", kEof}),
+       kHeader + "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n2F\n  8\n0\n  0\nENDSEC\n" + kEof,
        "plan.dxf:17: \"2F\" is no group code",
        {{FindingCode::badGroupCode, 17}, {FindingCode::missingHandle, 15}}},
       {"garbled bytes",
-       joined({kHeader, "  0\nSECTION\n\x01\xFE\x02\n", kEntities, kEof}),
+       kHeader + "  0\nSECTION\n\x01\xFE\x02\n" + kEntities + kEof,
        "plan.dxf:13: \"???\" is no group code",
        {{FindingCode::missingEndsec, 14}, {FindingCode::badGroupCode, 13}}},
       {"unknown version",
-       "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC9999\n  0\nENDSEC\n  0\nEOF\n",
+       text("0 SECTION | 2 HEADER | 9 $ACADVER | 1 AC9999 | 0 ENDSEC | 0 EOF"),
        "plan.dxf: version \"AC9999\" is not known (R12 to R2018 are)",
        {{FindingCode::unknownVersion, 0}}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const auto refused = openBytes(c.bytes);
     ASSERT_FALSE(refused.file) << c.name;
     EXPECT_EQ(refused.error->message(), c.message) << c.name;
@@ -189,9 +180,7 @@ TEST(Damage, ADrawingBrokenAllOverIsNotReportedWithoutEnd) {
 }
 
 TEST(Damage, ARecordTooLongToBeMeantIsAFinding) {
-  const std::string huge(std::size_t{65} << 20, 'x');
-  const std::string bytes =
-      joined({kHeader, "  0\nSECTION\n  2\nENTITIES\n  0\nTEXT\n  5\n2F\n  1\n", huge, "\n  0\nENDSEC\n", kEof});
+  const std::string bytes = kHeader + entities("0 TEXT | 5 2F | 1 " + std::string(std::size_t{65} << 20, 'x')) + kEof;
   const auto opened = openBytes(bytes);
   ASSERT_TRUE(opened.file);
   EXPECT_EQ(placesOf(opened.findings), (Places{{FindingCode::absurdRecord, 15}}));

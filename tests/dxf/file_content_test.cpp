@@ -32,11 +32,7 @@ int inOtherProcess(const std::function<bool()>& change) {
 
 TEST(FileContent, SurvivesWhatOtherProgramsDoToTheFile) {
   const std::string content = largeContent();
-  struct Case {
-    const char* name;
-    std::function<bool(const std::string&)> change;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, std::function<bool(const std::string&)>> cases[] = {
       {"cut short", [](const std::string& path) { return truncate(path.c_str(), 10) == 0; }},
       {"emptied by opening", [](const std::string& path) { return open(path.c_str(), O_WRONLY | O_TRUNC) >= 0; }},
       {"overwritten in place",
@@ -52,24 +48,28 @@ TEST(FileContent, SurvivesWhatOtherProgramsDoToTheFile) {
          return write(file, "new", 3) == 3 && rename((path + ".new").c_str(), path.c_str()) == 0;
        }},
   };
-  for (const Case& c : cases) {
+  for (const auto& [name, change] : cases) {
     const TemporaryFolder folder;
     const std::string path = folder.write("plan.dxf", content);
     auto opened = FileContent::open(path);
-    ASSERT_TRUE(opened) << c.name;
+    ASSERT_TRUE(opened) << name;
     const char* address = opened->bytes().data();
-    EXPECT_EQ(inOtherProcess([&] { return c.change(path); }), 0) << c.name;
+    EXPECT_EQ(inOtherProcess([&, &change = change] { return change(path); }), 0) << name;
     const FileContent moved = std::move(*opened);
-    EXPECT_TRUE(moved.bytes() == content) << c.name;
-    EXPECT_EQ(moved.bytes().data(), address) << c.name;
-    EXPECT_NE(identityOf(path), moved.identity()) << c.name;
+    EXPECT_TRUE(moved.bytes() == content) << name;
+    EXPECT_EQ(moved.bytes().data(), address) << name;
+    EXPECT_NE(identityOf(path), moved.identity()) << name;
   }
 }
 
-TEST(FileContent, SurvivesAChangeFromThisProgram) {
+class LargeFile : public testing::Test {
+ protected:
   const std::string content = largeContent();
   const TemporaryFolder folder;
   const std::string path = folder.write("plan.dxf", content);
+};
+
+TEST_F(LargeFile, SurvivesAChangeFromThisProgram) {
   const auto first = FileContent::open(path);
   const auto second = FileContent::open(path);
   ASSERT_TRUE(first && second);
@@ -78,10 +78,7 @@ TEST(FileContent, SurvivesAChangeFromThisProgram) {
   EXPECT_TRUE(second->bytes() == content);
 }
 
-TEST(FileContent, SurvivesAChangeWhileAndAfterOtherThreadsUseIt) {
-  const std::string content = largeContent();
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", content);
+TEST_F(LargeFile, SurvivesAChangeWhileAndAfterOtherThreadsUseIt) {
   std::optional<FileContent> opened;
   std::thread([&] { opened.emplace(FileContent::open(path).value()); }).join();
   std::atomic<bool> isReading = false, isChanged = false;
@@ -99,10 +96,7 @@ TEST(FileContent, SurvivesAChangeWhileAndAfterOtherThreadsUseIt) {
   EXPECT_EQ(differences, 0);
 }
 
-TEST(FileContent, IsReadInWhenTheFileIsOpenForWriting) {
-  const std::string content = largeContent();
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", content);
+TEST_F(LargeFile, IsReadInWhenTheFileIsOpenForWriting) {
   const int writer = open(path.c_str(), O_WRONLY);
   ASSERT_GE(writer, 0);
   const auto opened = FileContent::open(path);
@@ -128,11 +122,7 @@ TEST(FileContent, ManyFilesCanBeOpenAtOnce) {
 TEST(FileContent, TellsWhyAFileCannotBeOpened) {
   const TemporaryFolder folder;
   ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0666), 0);
-  struct Case {
-    std::string path;
-    ErrorCode code;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, ErrorCode> cases[] = {
       {folder.path("none.dxf"), ErrorCode::fileNotFound},
       {folder.write("file", "x") + "/below", ErrorCode::fileNotFound},
       {folder.path(), ErrorCode::isDirectory},
@@ -141,41 +131,31 @@ TEST(FileContent, TellsWhyAFileCannotBeOpened) {
       {"/dev/zero", ErrorCode::fileNotReadable},
       {"", ErrorCode::fileNotFound},
   };
-  for (const Case& c : cases) {
-    const auto opened = FileContent::open(c.path);
-    ASSERT_FALSE(opened) << c.path;
-    EXPECT_EQ(opened.error().code, c.code) << c.path;
-    EXPECT_EQ(opened.error().file, c.path);
+  for (const auto& [path, code] : cases) {
+    const auto opened = FileContent::open(path);
+    ASSERT_FALSE(opened) << path;
+    EXPECT_EQ(opened.error().code, code) << path;
+    EXPECT_EQ(opened.error().file, path);
   }
 }
 
-TEST(FileContent, AFileThatMayNotBeReadIsRefused) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", "content");
-  ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
-  ASSERT_EQ(chmod(path.c_str(), 0), 0);
-  const int status = inOtherProcess([&] {
-    constexpr uid_t kNobody = 65534;
-    if (geteuid() == 0 && seteuid(kNobody) != 0) return false;
-    const auto opened = FileContent::open(path);
-    return !opened && opened.error().code == ErrorCode::fileNotReadable;
-  });
-  EXPECT_EQ(status, 0);
+bool asNobody(const std::function<bool()>& check) {
+  constexpr uid_t kNobody = 65534;
+  return inOtherProcess([&] { return (geteuid() != 0 || seteuid(kNobody) == 0) && check(); }) == 0;
 }
 
-TEST(FileContent, AFileOfSomebodyElseIsReadIn) {
-  const std::string content = largeContent();
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", content);
+TEST_F(LargeFile, OfSomebodyElseIsReadInOrRefused) {
   ASSERT_EQ(chmod(folder.path().c_str(), 0777), 0);
   ASSERT_EQ(chmod(path.c_str(), 0666), 0);
-  const int status = inOtherProcess([&] {
-    constexpr uid_t kNobody = 65534;
-    if (geteuid() == 0 && seteuid(kNobody) != 0) return false;
+  EXPECT_TRUE(asNobody([&] {
     const auto opened = FileContent::open(path);
     return opened && truncate(path.c_str(), 0) == 0 && opened->bytes() == content;
-  });
-  EXPECT_EQ(status, 0);
+  }));
+  ASSERT_EQ(chmod(path.c_str(), 0), 0);
+  EXPECT_TRUE(asNobody([&] {
+    const auto opened = FileContent::open(path);
+    return !opened && opened.error().code == ErrorCode::fileNotReadable;
+  }));
 }
 
 }  // namespace

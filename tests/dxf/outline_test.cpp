@@ -86,12 +86,11 @@ std::string randomDrawing(std::mt19937& random, const std::vector<std::string>& 
 }
 
 TEST(Outline, FindsTheSameRecordsAsReadingLineByLine) {
-  struct Case {
+  const struct {
     const char* name;
     LineEnds ends;
     std::vector<std::string> lineEnds;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"LF", LineEnds::lf, {"\n"}},
       {"CR LF", LineEnds::lf, {"\r\n"}},
       {"LF and CR LF", LineEnds::lf, {"\n", "\r\n"}},
@@ -101,7 +100,7 @@ TEST(Outline, FindsTheSameRecordsAsReadingLineByLine) {
   };
   constexpr unsigned kSeed = 22;
   std::size_t records = 0;
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     std::mt19937 random(kSeed);
     for (int i = 0; i < 400; ++i) {
       const std::string text = randomDrawing(random, c.lineEnds);
@@ -131,13 +130,12 @@ TEST(Outline, BadCodesAreFoundWhereverTheyStand) {
 }
 
 TEST(Outline, TellsHowADrawingEnds) {
-  struct Case {
+  const struct {
     const char* name;
     std::string text;
     ScanEnd::Reason reason;
     std::size_t offset;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"EOF", "  0\nLINE\n  0\nEOF\nlost\n", ScanEnd::Reason::eofRecord, 9},
       {"EOF without line end", "  0\nEOF", ScanEnd::Reason::eofRecord, 0},
       {"whole group", "  0\nLINE\n  8\nWalls\n", ScanEnd::Reason::contentEnd, 19},
@@ -147,7 +145,7 @@ TEST(Outline, TellsHowADrawingEnds) {
       {"record code alone", "  0\nLINE\n  0\n", ScanEnd::Reason::incompleteGroup, 9},
       {"CR LF", "  0\r\nLINE\r\n  8\r\n", ScanEnd::Reason::incompleteGroup, 11},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     Outline outline;
     const ScanEnd end = scanText(c.text, 0, LineEnds::lf, outline);
     EXPECT_EQ(end.reason, c.reason) << c.name;
@@ -185,8 +183,6 @@ TEST(Outline, MoreNamesThanNumbersDoNoHarm) {
 }
 
 TEST(Outline, HandlesAreFoundWhetherDenseOrNot) {
-  constexpr unsigned kSeed = 23;
-  std::mt19937_64 random(kSeed);
   for (const Handle spread : {Handle{1}, Handle{3}, Handle{100}, Handle{1} << 40}) {
     RecordIndex index;
     for (Handle i = 1; i <= 5000; ++i) index.setHandle(index.append(i, RecordType::line), i * spread);

@@ -1,3 +1,4 @@
+#include <array>
 #include <gtest/gtest.h>
 
 #include "dxf/drawing_file.h"
@@ -17,9 +18,15 @@ void buildAll(RecordBuilder& builder) {
   builder.integer(290, 1);
   builder.integer(90, 123456);
   builder.integer(160, 5000000000);
-  builder.text(1, L"K\u00FCche \u4E2D^\t");
+  builder.text(1, L"B\u00FCro \u4E2D^\t");
   builder.real(1040, 2);
   builder.integer(1071, 7);
+}
+
+/// What buildAll() gives, with its integers in this format.
+test::SampleGroups builtGroups(const std::array<const char*, 4>& integers) {
+  return {{0, "MLINE"},      {5, "2F"},           {10, "0.3333333333333333"},  {70, integers[0]}, {290, integers[1]},
+          {90, integers[2]}, {160, "5000000000"}, {1, "B\xFCro \\U+4E2D^ ^I"}, {1040, "2.0"},     {1071, integers[3]}};
 }
 
 TEST(RecordBuilder, WritesColumnsAndLineEndsAsTheDrawingHasThem) {
@@ -28,18 +35,7 @@ TEST(RecordBuilder, WritesColumnsAndLineEndsAsTheDrawingHasThem) {
     ASSERT_TRUE(opened.file);
     RecordBuilder builder(*opened.file);
     buildAll(builder);
-    const test::SampleGroups expected = {{0, "MLINE"},
-                                         {5, "2F"},
-                                         {10, "0.3333333333333333"},
-                                         {70, "    -3"},
-                                         {290, "     1"},
-                                         {90, "   123456"},
-                                         {160, "5000000000"},
-                                         {1,
-                                          "K\xFC"
-                                          "che \\U+4E2D^ ^I"},
-                                         {1040, "2.0"},
-                                         {1071, "        7"}};
+    const test::SampleGroups expected = builtGroups({"    -3", "     1", "   123456", "        7"});
     EXPECT_EQ(builder.take(), test::textForm(expected, lineEnd));
     EXPECT_EQ(builder.take(), "");
   }
@@ -60,18 +56,7 @@ TEST(RecordBuilder, WritesTheBinaryForm) {
     ASSERT_TRUE(opened.file);
     RecordBuilder builder(*opened.file);
     buildAll(builder);
-    const test::SampleGroups expected = {{0, "MLINE"},
-                                         {5, "2F"},
-                                         {10, "0.3333333333333333"},
-                                         {70, "-3"},
-                                         {290, "1"},
-                                         {90, "123456"},
-                                         {160, "5000000000"},
-                                         {1,
-                                          "K\xFC"
-                                          "che \\U+4E2D^ ^I"},
-                                         {1040, "2.0"},
-                                         {1071, "7"}};
+    const test::SampleGroups expected = builtGroups({"-3", "1", "123456", "7"});
     EXPECT_EQ(builder.take(), test::binaryForm(expected, codes).substr(22));
   }
 }

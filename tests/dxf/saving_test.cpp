@@ -34,6 +34,14 @@ void addLine(DrawingFile& file) {
   file.insertAfter(file.find(0x2F), builder.take());
 }
 
+/// A sample drawing in a folder of its own.
+class Saving : public testing::Test {
+ protected:
+  const TemporaryFolder folder;
+  const std::string path = folder.write("plan.dxf", sample());
+  DrawingFile file = openFile(path);
+};
+
 bool inOtherProcess(const std::function<bool()>& check) {
   const pid_t child = fork();
   if (child == 0) _exit(check() ? 0 : 1);
@@ -42,26 +50,20 @@ bool inOtherProcess(const std::function<bool()>& check) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-TEST(Saving, AnUneditedDrawingIsTheSameByteForByte) {
-  const TemporaryFolder folder;
-  int shapes = 0;
+TEST_F(Saving, AnUneditedDrawingIsTheSameByteForByte) {
   for (const std::string& bytes :
        {sample(), test::binaryForm(sampleGroups(), BinaryCodes::twoBytes), sample() + "behind EOF"}) {
-    DrawingFile file = openFile(folder.write("plan.dxf", bytes));
+    file = openFile(folder.write("plan.dxf", bytes));
     for (const char* target : {"copy.dxf", "plan.dxf"}) {
       ASSERT_TRUE(file.save(folder.path(target), {})) << target;
       EXPECT_EQ(folder.read(target), bytes);
       EXPECT_EQ(file.path(), folder.path(target));
     }
     EXPECT_EQ(folder.fileCount(), 2u) << "nothing is left beside";
-    ++shapes;
   }
-  EXPECT_EQ(shapes, 3);
 }
 
-TEST(Saving, EditsAreSavedAgainAndAgain) {
-  const TemporaryFolder folder;
-  DrawingFile file = openFile(folder.write("plan.dxf", sample()));
+TEST_F(Saving, EditsAreSavedAgainAndAgain) {
   for (int i = 0; i < 3; ++i) {
     addLine(file);
     EXPECT_TRUE(file.isModified());
@@ -75,18 +77,14 @@ TEST(Saving, EditsAreSavedAgainAndAgain) {
   EXPECT_EQ(again.headerVariable("$HANDSEED").at(0).value, "43");
 }
 
-TEST(Saving, TheSeedFollowsHandlesGivenOutAndNothingElse) {
-  const TemporaryFolder folder;
-  DrawingFile file = openFile(folder.write("plan.dxf", sample()));
+TEST_F(Saving, TheSeedFollowsHandlesGivenOutAndNothingElse) {
   file.setBytes(file.find(0x31), std::string("  0\r\nLINE\r\n  5\r\n31\r\n"));
   ASSERT_TRUE(file.save(file.path(), {}));
   EXPECT_EQ(file.headerVariable("$HANDSEED").at(0).value, "40");
   EXPECT_FALSE(file.isChanged(file.section("HEADER")));
 }
 
-TEST(Saving, WhatIsTakenBackAfterSavingLeavesNoTrace) {
-  const TemporaryFolder folder;
-  DrawingFile file = openFile(folder.write("plan.dxf", sample()));
+TEST_F(Saving, WhatIsTakenBackAfterSavingLeavesNoTrace) {
   addLine(file);
   ASSERT_TRUE(file.save(file.path(), {}));
   const std::string saved = folder.read("plan.dxf");
@@ -116,32 +114,29 @@ TEST(Saving, WhatIsTakenBackAfterSavingLeavesNoTrace) {
   EXPECT_EQ(file.headerVariable("$HANDSEED").at(0).value, "43");
 }
 
-TEST(Saving, PermissionsLinksAndBackupAreKept) {
-  const TemporaryFolder folder;
-  folder.write("real/plan.dxf", sample());
-  ASSERT_EQ(chmod(folder.path("real/plan.dxf").c_str(), 0640), 0);
-  ASSERT_EQ(symlink("real/plan.dxf", folder.path("link.dxf").c_str()), 0);
-  DrawingFile file = openFile(folder.path("link.dxf"));
+TEST_F(Saving, PermissionsLinksAndBackupAreKept) {
+  const std::string real = folder.write("real/plan.dxf", sample()), link = folder.path("link.dxf");
+  ASSERT_EQ(chmod(real.c_str(), 0640), 0);
+  ASSERT_EQ(symlink("real/plan.dxf", link.c_str()), 0);
+  file = openFile(link);
   addLine(file);
-  ASSERT_TRUE(file.save(folder.path("link.dxf"), {.keepsBackup = true}));
+  ASSERT_TRUE(file.save(link, {.keepsBackup = true}));
   struct stat status {};
-  ASSERT_EQ(lstat(folder.path("link.dxf").c_str(), &status), 0);
+  ASSERT_EQ(lstat(link.c_str(), &status), 0);
   EXPECT_TRUE(S_ISLNK(status.st_mode));
-  ASSERT_EQ(stat(folder.path("real/plan.dxf").c_str(), &status), 0);
+  ASSERT_EQ(stat(real.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0640u);
   EXPECT_TRUE(file.isUnchangedOnDisk());
   EXPECT_EQ(folder.read("real/plan.dxf"), file.toBytes());
   EXPECT_EQ(folder.read("real/plan.bak"), sample());
-  EXPECT_EQ(folder.fileCount(), 3u) << "drawing, backup, and the drawing through its link";
+  EXPECT_EQ(folder.fileCount(), 4u) << "two drawings, the backup, and one drawing through its link";
 
   ASSERT_EQ(symlink("real/later.dxf", folder.path("dangling.dxf").c_str()), 0);
   ASSERT_TRUE(file.save(folder.path("dangling.dxf"), {}));
   EXPECT_EQ(folder.read("real/later.dxf"), file.toBytes());
 }
 
-TEST(Saving, ANewFileGetsTheUsualPermissions) {
-  const TemporaryFolder folder;
-  DrawingFile file = openFile(folder.write("plan.dxf", sample()));
+TEST_F(Saving, ANewFileGetsTheUsualPermissions) {
   const mode_t former = umask(027);
   ASSERT_TRUE(file.save(folder.path("new.dxf"), {}));
   umask(former);
@@ -150,10 +145,7 @@ TEST(Saving, ANewFileGetsTheUsualPermissions) {
   EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
-TEST(Saving, AFileThatAnotherProgramChangedIsNotOverwritten) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", sample());
-  DrawingFile file = openFile(path);
+TEST_F(Saving, AFileThatAnotherProgramChangedIsNotOverwrittenUnlessToldTo) {
   addLine(file);
   folder.write("plan.dxf", "somebody else's work");
   EXPECT_FALSE(file.isUnchangedOnDisk());
@@ -166,45 +158,32 @@ TEST(Saving, AFileThatAnotherProgramChangedIsNotOverwritten) {
   EXPECT_FALSE(file.save(folder.path("link.dxf"), {})) << "the same file by another name";
   EXPECT_TRUE(file.save(folder.path("other.dxf"), {})) << "another file is free to be written";
   EXPECT_TRUE(openFile(folder.path("other.dxf")).find(0x40) != kNoRecord);
+
+  DrawingFile again = openFile(folder.path("other.dxf"));
+  const std::string content = again.toBytes();
+  folder.write("other.dxf", "somebody else's work");
+  ASSERT_TRUE(again.save(again.path(), {.replacesChangedFile = true}));
+  EXPECT_EQ(folder.read("other.dxf"), content);
+  std::filesystem::remove(again.path());
+  ASSERT_TRUE(again.save(again.path(), {})) << "there is nothing to overwrite";
+  EXPECT_EQ(folder.read("other.dxf"), content);
 }
 
-TEST(Saving, AChangedFileIsReplacedWhenToldTo) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", sample());
-  DrawingFile file = openFile(path);
-  folder.write("plan.dxf", "somebody else's work");
-  ASSERT_TRUE(file.save(path, {.replacesChangedFile = true}));
-  EXPECT_EQ(folder.read("plan.dxf"), sample());
-}
-
-TEST(Saving, ARemovedFileIsWrittenAnew) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", sample());
-  DrawingFile file = openFile(path);
-  std::filesystem::remove(path);
-  ASSERT_TRUE(file.save(path, {}));
-  EXPECT_EQ(folder.read("plan.dxf"), sample());
-}
-
-TEST(Saving, FailuresLeaveTheFormerFileAndNothingBeside) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", sample());
+TEST_F(Saving, FailuresLeaveTheFormerFileAndNothingBeside) {
   folder.write("target.dxf", "former");
   std::filesystem::create_directory(folder.path("folder.dxf"));
-  DrawingFile file = openFile(path);
   addLine(file);
-  struct Case {
+  const struct {
     const char* name;
     std::string target;
     ErrorCode code;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"a folder", folder.path("folder.dxf"), ErrorCode::isDirectory},
       {"no such folder", folder.path("none/plan.dxf"), ErrorCode::fileNotWritable},
       {"a full device", "/dev/full", ErrorCode::diskFull},
       {"below a file", folder.path("target.dxf/plan.dxf"), ErrorCode::fileNotWritable},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const auto saved = file.save(c.target, {});
     ASSERT_FALSE(saved) << c.name;
     EXPECT_EQ(saved.error().code, c.code) << c.name << ": " << saved.error().message();
@@ -225,39 +204,32 @@ TEST(Saving, FailuresLeaveTheFormerFileAndNothingBeside) {
   EXPECT_EQ(folder.fileCount(), 2u);
 }
 
-TEST(Saving, AWriteProtectedFileIsNotReplaced) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("plan.dxf", sample());
+TEST_F(Saving, AWriteProtectedFileIsNotReplaced) {
   ASSERT_EQ(chmod(folder.path().c_str(), 0777), 0);
   ASSERT_EQ(chmod(path.c_str(), 0444), 0);
   const bool isRefused = inOtherProcess([&] {
     constexpr uid_t kNobody = 65534;
     if (geteuid() == 0 && setreuid(kNobody, kNobody) != 0) return false;
-    std::vector<Finding> findings;
-    auto file = DrawingFile::open(path, DamagePolicy::refuse, findings);
-    const auto saved = file->save(path, {});
+    const auto saved = openFile(path).save(path, {});
     return !saved && saved.error().code == ErrorCode::fileNotWritable;
   });
   EXPECT_TRUE(isRefused);
   EXPECT_EQ(folder.fileCount(), 1u);
 }
 
-TEST(Saving, ADeviceIsWrittenAndNotReplaced) {
-  const TemporaryFolder folder;
-  DrawingFile file = openFile(folder.write("plan.dxf", sample()));
+TEST_F(Saving, ADeviceIsWrittenAndNotReplaced) {
   EXPECT_TRUE(file.save("/dev/null", {}));
   struct stat status {};
   ASSERT_EQ(stat("/dev/null", &status), 0);
   EXPECT_TRUE(S_ISCHR(status.st_mode));
 }
 
-TEST(Saving, ManyPiecesAreWrittenInTheirOrder) {
-  const TemporaryFolder folder;
+TEST_F(Saving, ManyPiecesAreWrittenInTheirOrder) {
   auto groups = sampleGroups();
   constexpr int kPoints = 5000;  // more pieces than one call of the system takes
   for (int i = 0; i < kPoints; ++i) groups.insert(groups.begin() + 34, {{0, "POINT"}, {5, std::to_string(100000 + i)}});
   const std::string bytes = test::textForm(groups);
-  DrawingFile file = openFile(folder.write("plan.dxf", bytes));
+  file = openFile(folder.write("plan.dxf", bytes));
   for (RecordId id = 0; id < file.originalCount(); ++id) {
     if (file.type(id) == RecordType::point && id % 2 == 0) file.setBytes(id, std::string(file.bytes(id)));
   }

@@ -7,27 +7,16 @@ namespace torva::dxf {
 namespace {
 
 TEST(TextCodec, EscapesAreReadAndWritten) {
-  struct Case {
+  const struct {
     const char* name;
     int page;  // 0: UTF-8
     std::string value;
     std::wstring text;
     std::string written;  // empty: as the value
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"plain", 1252, "Wall 1", L"Wall 1", {}},
-      {"page",
-       1252,
-       "K\xFC"
-       "che",
-       L"K\u00FCche",
-       {}},
-      {"UTF-8",
-       0,
-       "K\xC3\xBC"
-       "che",
-       L"K\u00FCche",
-       {}},
+      {"page", 1252, "B\xFCro", L"B\u00FCro", {}},
+      {"UTF-8", 0, "B\xC3\xBCro", L"B\u00FCro", {}},
       {"outside the page", 1252, "\\U+4E2D", L"\u4E2D", {}},
       {"small digits", 1252, "a\\U+4e2dz", L"a\u4E2Dz", "a\\U+4E2Dz"},
       {"in UTF-8", 0, "\\U+4E2D", L"\u4E2D", "\xE4\xB8\xAD"},
@@ -54,7 +43,7 @@ TEST(TextCodec, EscapesAreReadAndWritten) {
       {"undecodable UTF-8", 0, "a\xE4z", L"a\xDCE4z", {}},
       {"backslash of a format", 1252, "\\P\\H2.5;x", L"\\P\\H2.5;x", {}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const TextCodec codec(c.page == 0 ? nullptr : CodePage::find(c.page));
     EXPECT_EQ(codec.decode(c.value), c.text) << c.name;
     EXPECT_EQ(codec.encode(c.text), c.written.empty() ? c.value : c.written) << c.name;
