@@ -1,72 +1,55 @@
+#include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <random>
+#include <sstream>
 
-#include "base/numbers.h"
 #include "draw/drawer.h"
-#include "draw/group_scan.h"
 #include "draw/sample_drawing.h"
-#include "dxf/binary_group.h"
+#include "dxf/sample_drawing.h"
+#include "support/drawing_text.h"
 
 namespace torva::draw {
 namespace {
 
 using test::entity;
 using test::group;
+using test::groupsFrom;
 using test::point;
 
-/// Random entities of every type, in all sizes and planes.
+/// Random entities of every type, in all sizes and planes; next() makes one of each and takes one of them.
 class EntityMaker {
  public:
   explicit EntityMaker(unsigned seed) : m_random(seed) {}
 
   std::string next() {
-    switch (pick(19)) {
-      case 0:
-        return entity("LINE", spot(10) + spot(11));
-      case 1:
-        return entity("POINT", spot(10));
-      case 2:
-        return entity("CIRCLE", spot(10) + size(40) + plane());
-      case 3:
-        return entity("ARC", spot(10) + size(40) + angle(50) + angle(51) + plane());
-      case 4:
-        return entity("ELLIPSE", spot(10) + point(11, number(), number()) + group(40, share()) + group(41, share()) +
-                                     group(42, 3 + share()));
-      case 5:
-        return entity("LWPOLYLINE", group(70, flag()) + group(38, number()) + path() + plane());
-      case 6:
-        return polyline();
-      case 7:
-        return entity("TEXT", spot(10) + size(40) + group(41, 0.5 + share()) + angle(50) + group(51, 40 * share()) +
-                                  words() + group(72, std::to_string(pick(6))) + spot(11) +
-                                  group(73, std::to_string(pick(4))) + plane());
-      case 8:
-        return entity("MTEXT", spot(10) + size(40) + group(41, pick(2) * 20.0) + group(71, std::to_string(1 + pick(9))) +
-                                   words() + angle(50) + plane());
-      case 9:
-        return entity("SOLID", spot(10) + spot(11) + spot(12) + spot(13) + plane());
-      case 10:
-        return entity("3DFACE", spot(10) + spot(11) + spot(12) + spot(13));
-      case 11:
-        return hatch();
-      case 12:
-        return entity("INSERT", group(2, "INNER") + spot(10) + group(41, number() / 100) + group(42, share()) + angle(50) +
-                                    group(70, std::to_string(1 + pick(3))) + group(71, std::to_string(1 + pick(3))) +
-                                    size(44) + size(45) + plane());
-      case 13:
-        return spline();
-      case 14:
-        return entity("LEADER", spot(10) + spot(10) + spot(10));
-      case 15:
-        return entity("DIMENSION", group(2, "INNER") + spot(10) + spot(12) + plane());
-      case 16:
-        return entity("INSERT", group(66, "1") + group(2, "INNER") + spot(10)) +
-               entity("ATTRIB", spot(10) + size(40) + words()) + group(0, "SEQEND");
-      default:
-        return mline();
-    }
+    const std::string all[] = {
+        entity("LINE", spot(10) + spot(11)),
+        entity("POINT", spot(10)),
+        entity("CIRCLE", spot(10) + size(40) + plane()),
+        entity("ARC", spot(10) + size(40) + angle(50) + angle(51) + plane()),
+        entity("ELLIPSE",
+               spot(10) + point(11, number(), number()) + group(40, share()) + group(41, share()) + group(42, 3 + share())),
+        entity("LWPOLYLINE", group(70, flag()) + group(38, number()) + path() + plane()),
+        polyline(),
+        entity("TEXT", spot(10) + size(40) + group(41, 0.5 + share()) + angle(50) + group(51, 40 * share()) + words() +
+                           group(72, std::to_string(pick(6))) + spot(11) + group(73, std::to_string(pick(4))) + plane()),
+        entity("MTEXT", spot(10) + size(40) + group(41, pick(2) * 20.0) + group(71, std::to_string(1 + pick(9))) + words() +
+                            angle(50) + plane()),
+        entity("SOLID", spot(10) + spot(11) + spot(12) + spot(13) + plane()),
+        entity("3DFACE", spot(10) + spot(11) + spot(12) + spot(13)),
+        hatch(),
+        entity("INSERT", group(2, "INNER") + spot(10) + group(41, number() / 100) + group(42, share()) + angle(50) +
+                             group(70, std::to_string(1 + pick(3))) + group(71, std::to_string(1 + pick(3))) + size(44) +
+                             size(45) + plane()),
+        spline(),
+        entity("LEADER", spot(10) + spot(10) + spot(10)),
+        entity("DIMENSION", group(2, "INNER") + spot(10) + spot(12) + plane()),
+        entity("INSERT", group(66, "1") + group(2, "INNER") + spot(10)) + entity("ATTRIB", spot(10) + size(40) + words()) +
+            group(0, "SEQEND"),
+        mline(),
+    };
+    return all[pick(static_cast<int>(std::size(all)))];
   }
 
   std::string mline() {
@@ -137,52 +120,30 @@ class EntityMaker {
   std::mt19937 m_random;
 };
 
-std::string withCarriageReturns(std::string text) {
-  for (char& c : text) c = c == '\n' ? '\r' : c;
+using Form = std::string (*)(const std::string& text);
+
+std::string unchanged(const std::string& text) {
   return text;
 }
 
-template <class T>
-std::string littleEndian(T value) {
-  return std::string(reinterpret_cast<const char*>(&value), sizeof value);
+std::string withCarriageReturns(const std::string& text) {
+  std::string result = text;
+  std::ranges::replace(result, '\n', '\r');
+  return result;
 }
 
-/// The same drawing in the binary form.
-std::string inBinary(std::string text) {
-  std::string bytes(dxf::kBinarySentinel);
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t codeEnd = text.find('\n', at), valueEnd = text.find('\n', codeEnd + 1);
-    const int code = std::stoi(text.substr(at, codeEnd - at));
-    const std::string value = text.substr(codeEnd + 1, valueEnd - codeEnd - 1);
-    bytes += littleEndian(static_cast<std::int16_t>(code));
-    switch (dxf::valueKind(code)) {
-      case dxf::ValueKind::real:
-        bytes += littleEndian(parseReal(value).value());
-        break;
-      case dxf::ValueKind::int16:
-        bytes += littleEndian(static_cast<std::int16_t>(parseInteger(value).value()));
-        break;
-      case dxf::ValueKind::int32:
-        bytes += littleEndian(static_cast<std::int32_t>(parseInteger(value).value()));
-        break;
-      default:
-        bytes += value + '\0';
-        break;
-    }
-    at = valueEnd + 1;
-  }
-  return bytes;
-}
-
-std::string unchanged(std::string text) {
-  return text;
+std::string inBinary(const std::string& text) {
+  dxf::test::SampleGroups groups;
+  std::istringstream lines(text);
+  for (std::string code, value; std::getline(lines, code) && std::getline(lines, value);)
+    groups.emplace_back(std::stoi(code), value);
+  return dxf::test::binaryForm(groups, dxf::BinaryCodes::twoBytes);
 }
 
 test::SampleDrawing randomDrawing(unsigned seed, int count) {
   EntityMaker maker(seed);
   test::SampleDrawing sample;
-  sample.blocks = group(0, "BLOCK") + group(2, "INNER") + point(10, 3, 4) +
-                  entity("CIRCLE", point(10, 5, 5) + group(40, 2.0)) + maker.mline() + group(0, "ENDBLK");
+  sample.blocks = test::block("INNER", test::circle(5, 5, 2) + maker.mline(), {3, 4, 0});
   // Fill, joints, and every cap there is.
   sample.styles = test::mlineStyle("A1", "ROUND", 1 + 2 + 16 + 32 + 64 + 256 + 512 + 1024, group(49, 0.5) + group(49, -0.5));
   for (int i = 0; i < count; ++i) sample.entities += maker.next();
@@ -215,68 +176,52 @@ std::vector<KdGePoint3d> pointsAlong(const DisplayList& list) {
 TEST(Bounds, HoldAllThatIsDrawn) {
   constexpr int kCount = 4000;
   const std::string text = randomDrawing(20, kCount).text();
-  for (const auto& form : {unchanged, withCarriageReturns, inBinary}) {
-    std::vector<dxf::Finding> findings;
-    auto database = db::Database::fromBytes(form(text), "random", dxf::DamagePolicy::recover, findings);
-    ASSERT_TRUE(database) << database.error().message();
-    const Drawer drawer(**database);
+  for (const Form form : {unchanged, withCarriageReturns, inBinary}) {
+    const auto database = test::openText(form(text));
+    const Drawer drawer(*database);
     int drawn = 0;
-    ASSERT_GE(test::entitiesOf(**database).size(), std::size_t{kCount});
-    for (const dxf::RecordId record : test::entitiesOf(**database)) {
+    ASSERT_GE(test::entitiesOf(*database).size(), std::size_t{kCount});
+    for (const dxf::RecordId record : test::entitiesOf(*database)) {
       DisplayList list;
       drawer.draw(record, list);
       if (!list.primitives.empty()) ++drawn;
-      ASSERT_TRUE(holds(drawer.bounds(record), extents(list))) << (*database)->file().bytes(record);
+      ASSERT_TRUE(holds(drawer.bounds(record), extents(list))) << database->file().bytes(record);
     }
     EXPECT_GT(drawn, kCount * 3 / 4);
   }
 }
 
 TEST(Bounds, AreTightWhereTheyCanBe) {
-  struct Case {
+  const double r = std::sqrt(2.0);
+  const auto arc = [](double start, double end) {
+    return entity("ARC", point(10, 0, 0) + group(40, 2.0) + group(50, start) + group(51, end));
+  };
+  const std::string hatch =
+      entity("HATCH", groupsFrom("10 0 | 20 0 | 70 1 | 91 1 | 92 2 | 93 3 | 10 5 | 20 5 | 10 6 | 20 5 | "
+                                 "10 6 | 20 7 | 75 0 | 98 1 | 10 0 | 20 0"));
+  const std::string polyline =
+      groupsFrom("0 POLYLINE | 10 0 | 20 0 | 0 VERTEX | 10 5 | 20 5 | 0 VERTEX | 10 6 | 20 7 | 0 SEQEND");
+  const std::string closed =
+      entity("MLINE", group(340, "A1") + group(71, "3") + test::mlineVertex({0, 0, 0, 1, 0, 0, 0, 1, 0}, {{1, 0}, {-1, 0}}) +
+                          test::mlineVertex({9, 0, 0, -1, 0, 0, 0, 1, 0}, {{1, 0}, {-1, 0}}));
+  const struct {
     const char* name;
     std::string entity;
     KdGePoint3d min, max;
+  } cases[] = {
+      {"arc", arc(45, 135), {-r, r, 0}, {r, 2, 0}},
+      {"whole circle given as arc", arc(30, 30), {-2, -2, 0}, {2, 2, 0}},
+      {"hatch without its point at the origin", hatch, {5, 5, 0}, {6, 7, 0}},
+      {"old polyline without its point at the origin", polyline, {5, 5, 0}, {6, 7, 0}},
+      {"extended data", test::line(1, 1, 2, 2) + group(1001, "APP") + point(1010, 99, 99), {1, 1, 0}, {2, 2, 0}},
+      {"closed multiline without caps", closed, {0, -1, 0}, {9, 1, 0}},
   };
-  const Case cases[] = {
-      {"arc",
-       entity("ARC", point(10, 0, 0) + group(40, 2.0) + group(50, 45.0) + group(51, 135.0)),
-       {-std::sqrt(2.0), std::sqrt(2.0), 0},
-       {std::sqrt(2.0), 2, 0}},
-      {"whole circle given as arc",
-       entity("ARC", point(10, 0, 0) + group(40, 2.0) + group(50, 30.0) + group(51, 30.0)),
-       {-2, -2, 0},
-       {2, 2, 0}},
-      {"hatch without its point at the origin",
-       entity("HATCH", point(10, 0, 0) + group(70, "1") + group(91, "1") + group(92, "2") + group(93, "3") + group(10, 5.0) +
-                           group(20, 5.0) + group(10, 6.0) + group(20, 5.0) + group(10, 6.0) + group(20, 7.0) +
-                           group(75, "0") + group(98, "1") + group(10, 0.0) + group(20, 0.0)),
-       {5, 5, 0},
-       {6, 7, 0}},
-      {"old polyline without its point at the origin",
-       entity("POLYLINE", point(10, 0, 0)) + entity("VERTEX", point(10, 5, 5)) + entity("VERTEX", point(10, 6, 7)) +
-           group(0, "SEQEND"),
-       {5, 5, 0},
-       {6, 7, 0}},
-      {"extended data is no geometry",
-       entity("LINE", point(10, 1, 1) + point(11, 2, 2) + group(1001, "APP") + point(1010, 99, 99)),
-       {1, 1, 0},
-       {2, 2, 0}},
-      {"closed multiline without caps",
-       entity("MLINE", group(340, "A1") + group(71, "3") +
-                           test::mlineVertex({0, 0, 0, 1, 0, 0, 0, 1, 0}, {{1, 0}, {-1, 0}}) +
-                           test::mlineVertex({9, 0, 0, -1, 0, 0, 0, 1, 0}, {{1, 0}, {-1, 0}})),
-       {0, -1, 0},
-       {9, 1, 0}},
-  };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     test::SampleDrawing sample = randomDrawing(1, 0);
     sample.entities = c.entity;
     const auto database = sample.open();
-    const auto records = test::entitiesOf(*database);
-    ASSERT_EQ(records.size(), 1u);
-    const geom::Box3 box = Drawer(*database).bounds(records[0]);
+    const geom::Box3 box = Drawer(*database).bounds(test::entitiesOf(*database).at(0));
     EXPECT_LE(box.min.distanceTo(c.min), 1e-9);
     EXPECT_LE(box.max.distanceTo(c.max), 1e-9);
   }

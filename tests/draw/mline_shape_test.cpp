@@ -1,14 +1,16 @@
 #include "draw/mline_shape.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+#include <iomanip>
 #include <numbers>
+#include <sstream>
 
 namespace torva::draw {
 namespace {
 
+using testing::ElementsAre;
 using Lists = std::vector<std::vector<double>>;
-using Points = std::vector<KdGePoint3d>;
 
 db::MlineVertex vertex(const KdGePoint3d& position, const KdGeVector3d& axis, const KdGeVector3d& miter,
                        const Lists& lists) {
@@ -52,18 +54,38 @@ DisplayList drawn(const db::MlineData& mline, const db::MlineStyleData& style, s
   return list;
 }
 
-template <class Shape>
-std::vector<std::pair<Shape, std::uint32_t>> shapesOf(const DisplayList& list) {
-  std::vector<std::pair<Shape, std::uint32_t>> shapes;
-  for (const Primitive& primitive : list.primitives) {
-    if (const auto* shape = std::get_if<Shape>(&primitive.shape)) shapes.emplace_back(*shape, primitive.appearance);
-  }
-  return shapes;
+/// "look: x,y x,y ..."
+std::string textOf(const Primitive& primitive, const std::vector<KdGePoint3d>& points) {
+  std::ostringstream text;
+  text << primitive.appearance << ':' << std::setprecision(13);
+  for (const KdGePoint3d& point : points) text << ' ' << point.x + 0.0 << ',' << point.y + 0.0;
+  return text.str();
 }
 
-void expectPoints(const Points& actual, const Points& expected) {
-  ASSERT_EQ(actual.size(), expected.size());
-  for (std::size_t i = 0; i < actual.size(); ++i) EXPECT_LE(actual[i].distanceTo(expected[i]), 1e-12) << "point " << i;
+/// The lines (each with its look, "closed" and its points), in drawing order.
+std::vector<std::string> linesOf(const DisplayList& list) {
+  std::vector<std::string> lines;
+  for (const Primitive& primitive : list.primitives) {
+    const auto* polyline = std::get_if<Polyline>(&primitive.shape);
+    if (polyline) lines.push_back(textOf(primitive, polyline->points) + (polyline->isClosed ? " closed" : ""));
+  }
+  return lines;
+}
+
+std::vector<std::string> fillsOf(const DisplayList& list) {
+  std::vector<std::string> fills;
+  for (const Primitive& primitive : list.primitives) {
+    if (const auto* fill = std::get_if<Fill>(&primitive.shape)) fills.push_back(textOf(primitive, fill->loops.at(0)));
+  }
+  return fills;
+}
+
+std::vector<std::pair<Arc, std::uint32_t>> arcsOf(const DisplayList& list) {
+  std::vector<std::pair<Arc, std::uint32_t>> arcs;
+  for (const Primitive& primitive : list.primitives) {
+    if (const auto* arc = std::get_if<Arc>(&primitive.shape)) arcs.emplace_back(*arc, primitive.appearance);
+  }
+  return arcs;
 }
 
 db::MlineStyleData styleWith(int flags) {
@@ -73,77 +95,55 @@ db::MlineStyleData styleWith(int flags) {
 }
 
 TEST(MlineElements, FollowTheirLists) {
-  struct Case {
+  const struct {
     const char* name;
     db::MlineData mline;
-    std::vector<Points> lines;
-  };
-  const std::vector<Case> cases = {
-      {"whole", straight({{{2, 0}}, {{2, 0}}}), {{{0, 2, 0}, {10, 2, 0}}}},
-      {"one gap", straight({{{2, 0, 3, 4}}, {{2, 0}}}), {{{0, 2, 0}, {3, 2, 0}}, {{4, 2, 0}, {10, 2, 0}}}},
-      {"odd number ends at the last value", straight({{{2, 0, 3}}, {{2, 0}}}), {{{0, 2, 0}, {3, 2, 0}}}},
-      {"starts late", straight({{{2, 7.5}}, {{2, 0}}}), {{{7.5, 2, 0}, {10, 2, 0}}}},
-      {"starts before the vertex", straight({{{2, -2}}, {{2, 0}}}), {{{-2, 2, 0}, {10, 2, 0}}}},
-      {"gap over a vertex", straight({{{2, 0, 8}}, {{2, 1}}, {{2, 0}}}), {{{0, 2, 0}, {8, 2, 0}}, {{11, 2, 0}, {20, 2, 0}}}},
-      {"runs through a vertex", straight({{{2, 0}}, {{2, 0}}, {{2, 0}}}), {{{0, 2, 0}, {10, 2, 0}, {20, 2, 0}}}},
-      {"segment without line between two with one",
-       straight({{{2, 0}}, {{2}}, {{2, 0}}, {{2, 0}}}),
-       {{{0, 2, 0}, {10, 2, 0}}, {{20, 2, 0}, {30, 2, 0}}}},
+    std::vector<std::string> lines;
+  } cases[] = {
+      {"whole", straight({{{2, 0}}, {{2, 0}}}), {"0: 0,2 10,2"}},
+      {"one gap", straight({{{2, 0, 3, 4}}, {{2, 0}}}), {"0: 0,2 3,2", "0: 4,2 10,2"}},
+      {"odd number ends at the last value", straight({{{2, 0, 3}}, {{2, 0}}}), {"0: 0,2 3,2"}},
+      {"starts late", straight({{{2, 7.5}}, {{2, 0}}}), {"0: 7.5,2 10,2"}},
+      {"starts before the vertex", straight({{{2, -2}}, {{2, 0}}}), {"0: -2,2 10,2"}},
+      {"gap over a vertex", straight({{{2, 0, 8}}, {{2, 1}}, {{2, 0}}}), {"0: 0,2 8,2", "0: 11,2 20,2"}},
+      {"runs through a vertex", straight({{{2, 0}}, {{2, 0}}, {{2, 0}}}), {"0: 0,2 10,2 20,2"}},
+      {"segment without line", straight({{{2, 0}}, {{2}}, {{2, 0}}, {{2, 0}}}), {"0: 0,2 10,2", "0: 20,2 30,2"}},
       {"empty list", straight({{{}}, {{2, 0}}}), {}},
       {"element missing at the next vertex", straight({{{2, 0}}, {}}), {}},
-      {"element missing at the next vertex, cut before it", straight({{{2, 0, 4}}, {}}), {{{0, 2, 0}, {4, 2, 0}}}},
+      {"element missing at the next vertex, cut before it", straight({{{2, 0, 4}}, {}}), {"0: 0,2 4,2"}},
       {"the last vertex of an open one draws nothing", straight({{{2, 0, 4}}}), {}},
       {"no vertex", straight({}), {}},
+      {"whole and closed", square({{0, 0}, {0, 0}, {0, 0}, {0, 0}}), {"0: 1,1 9,1 9,9 1,9 closed"}},
       {"closed with a gap runs on to the first vertex",
        square({{0, 0}, {0, 0}, {0, 0}, {0, 0, 3, 5}}),
-       {{{1, 1, 0}, {9, 1, 0}, {9, 9, 0}, {1, 9, 0}, {1, 6, 0}}, {{1, 4, 0}, {1, 1, 0}}}},
+       {"0: 1,1 9,1 9,9 1,9 1,6", "0: 1,4 1,1"}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const auto lines = shapesOf<Polyline>(drawn(c.mline, {}));
-    ASSERT_EQ(lines.size(), c.lines.size());
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      EXPECT_FALSE(lines[i].first.isClosed);
-      expectPoints(lines[i].first.points, c.lines[i]);
-    }
-  }
-}
-
-TEST(MlineElements, OfAWholeClosedMultilineFormARing) {
-  const auto lines = shapesOf<Polyline>(drawn(square({{0, 0}, {0, 0}, {0, 0}, {0, 0}}), {}));
-  ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(lines[0].first.isClosed);
-  expectPoints(lines[0].first.points, {{1, 1, 0}, {9, 1, 0}, {9, 9, 0}, {1, 9, 0}});
+  for (const auto& c : cases) EXPECT_EQ(linesOf(drawn(c.mline, {})), c.lines) << c.name;
 }
 
 TEST(MlineElements, BeyondTheStyleAreDrawnInTheEntitysLook) {
-  const auto lines = shapesOf<Polyline>(drawn(straight({{{1, 0}, {0, 0}, {-1, 0}}, {{1, 0}, {0, 0}, {-1, 0}}}), {}, 2));
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[1].second, 1u);
-  EXPECT_EQ(lines[2].second, 101u);
+  const Lists lists = {{1, 0}, {0, 0}, {-1, 0}};
+  EXPECT_THAT(linesOf(drawn(straight({lists, lists}), {}, 2)), ElementsAre("0: 0,1 10,1", "1: 0,0 10,0", "101: 0,-1 10,-1"));
 }
 
-TEST(MlineCaps, SplitALineBetweenTheOutermostElements) {
-  const auto mline = straight({{{1, 0}, {-1, 0}}, {{1, 0}, {-1, 0}}});
-  const auto lines = shapesOf<Polyline>(drawn(mline, styleWith(db::kStyleEndSquareCap)));
-  ASSERT_EQ(lines.size(), 4u);
-  expectPoints(lines[0].first.points, {{10, 1, 0}, {10, 0, 0}});
-  expectPoints(lines[1].first.points, {{10, 0, 0}, {10, -1, 0}});
-  EXPECT_EQ(lines[0].second, 0u);
-  EXPECT_EQ(lines[1].second, 1u);
+TEST(MlineCapsAndJoints, SplitALineBetweenTheOutermostElements) {
+  const Lists lists = {{1, 0}, {-1, 0}};
+  EXPECT_THAT(linesOf(drawn(straight({lists, lists}), styleWith(db::kStyleEndSquareCap))),
+              ElementsAre("0: 10,1 10,0", "1: 10,0 10,-1", "0: 0,1 10,1", "1: 0,-1 10,-1"));
+  EXPECT_THAT(linesOf(drawn(straight({lists, lists, lists}), styleWith(db::kStyleShowMiters))),
+              ElementsAre("0: 10,1 10,0", "1: 10,0 10,-1", "0: 0,1 10,1 20,1", "1: 0,-1 10,-1 20,-1"));
 }
 
 TEST(MlineCaps, AreCountedByStyleFlagsAndSuppression) {
   constexpr int kAll = db::kStyleStartSquareCap | db::kStyleStartInnerArcs | db::kStyleStartRoundCap |
                        db::kStyleEndSquareCap | db::kStyleEndInnerArcs | db::kStyleEndRoundCap;
-  struct Case {
+  const struct {
     const char* name;
     std::vector<double> offsets;
     int flags;
     bool noStart, noEnd, isClosed;
     std::size_t arcs;  // two for each: the colors differ
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"two elements have no inner arc", {1, -1}, kAll, false, false, false, 4},
       {"four have one", {2, 1, -1, -2}, kAll, false, false, false, 8},
       {"the middle one of five stays without", {2, 1, 0, -1, -2}, kAll, false, false, false, 8},
@@ -154,7 +154,7 @@ TEST(MlineCaps, AreCountedByStyleFlagsAndSuppression) {
       {"start outer arc alone", {2, 1, -1, -2}, db::kStyleStartRoundCap, false, false, false, 2},
       {"one element has no cap", {1}, kAll, false, false, false, 0},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     Lists lists;
     for (const double offset : c.offsets) lists.push_back({offset, 0});
@@ -162,14 +162,14 @@ TEST(MlineCaps, AreCountedByStyleFlagsAndSuppression) {
     mline.suppressesStartCaps = c.noStart;
     mline.suppressesEndCaps = c.noEnd;
     mline.isClosed = c.isClosed;
-    EXPECT_EQ(shapesOf<Arc>(drawn(mline, styleWith(c.flags))).size(), c.arcs);
+    EXPECT_EQ(arcsOf(drawn(mline, styleWith(c.flags))).size(), c.arcs);
   }
 }
 
 TEST(MlineCaps, BulgeAwayFromTheMultilineAlsoWhenTheElementsLieMirrored) {
   for (const double side : {1.0, -1.0}) {
     const auto mline = straight({{{side, 0}, {-side, 0}}, {{side, 0}, {-side, 0}}});
-    const auto arcs = shapesOf<Arc>(drawn(mline, styleWith(db::kStyleStartRoundCap | db::kStyleEndRoundCap)));
+    const auto arcs = arcsOf(drawn(mline, styleWith(db::kStyleStartRoundCap | db::kStyleEndRoundCap)));
     ASSERT_EQ(arcs.size(), 4u);
     // Each element's quarter ends or begins on the axis, one unit outside.
     EXPECT_LE(arcs[0].first.at(std::numbers::pi / 2).distanceTo({-1, 0, 0}), 1e-12);
@@ -179,37 +179,16 @@ TEST(MlineCaps, BulgeAwayFromTheMultilineAlsoWhenTheElementsLieMirrored) {
   }
 }
 
-TEST(MlineJoints, StandAtInnerVerticesOnly) {
-  const Lists lists = {{1, 0}, {-1, 0}};
-  const auto open = shapesOf<Polyline>(drawn(straight({lists, lists, lists}), styleWith(db::kStyleShowMiters)));
-  ASSERT_EQ(open.size(), 4u);  // one joint of two halves, two elements
-  expectPoints(open[0].first.points, {{10, 1, 0}, {10, 0, 0}});
-}
-
 TEST(MlineFill, CoversTheSegmentsAndFollowsItsBreaks) {
   db::MlineData mline = straight({{{1, 0}, {-1, 0}}, {{1, 0}, {-1, 0}}});
-  const auto whole = shapesOf<Fill>(drawn(mline, styleWith(db::kStyleFilled)));
-  ASSERT_EQ(whole.size(), 1u);
-  expectPoints(whole[0].first.loops[0], {{0, 1, 0}, {10, 1, 0}, {10, -1, 0}, {0, -1, 0}});
-  EXPECT_EQ(whole[0].second, 100u);
-
-  mline.vertices[0].elements = std::vector<KdMLSegment>{{{3, 5}, {1, 0}}, {{3, 6}, {-1, 0}}};
-  const auto broken = shapesOf<Fill>(drawn(mline, styleWith(db::kStyleFilled)));
-  ASSERT_EQ(broken.size(), 2u);
-  expectPoints(broken[0].first.loops[0], {{0, 1, 0}, {3, 1, 0}, {3, -1, 0}, {0, -1, 0}});
-  expectPoints(broken[1].first.loops[0], {{5, 1, 0}, {10, 1, 0}, {10, -1, 0}, {6, -1, 0}});
-
-  mline.vertices[0].elements = std::vector<KdMLSegment>{{{3, 5}, {1, 0}}, {{3}, {-1, 0}}};
-  EXPECT_EQ(shapesOf<Fill>(drawn(mline, styleWith(db::kStyleFilled))).size(), 1u);
-}
-
-TEST(MlineExtents, HoldWhatIsDrawn) {
-  const auto mline = straight({{{1, -3, 4, 8}, {-1, 0}}, {{1, 0}, {-1, 0}}});
-  const auto style = styleWith(db::kStyleEndRoundCap);
-  const geom::Box3 box = mlineExtents(mline, style);
-  EXPECT_LE(box.min.distanceTo({-3, -1, -1}), 1.0);
-  EXPECT_DOUBLE_EQ(box.min.x, -3);
-  EXPECT_DOUBLE_EQ(box.max.x, 11);
+  const auto fills = [&](const std::vector<KdMLSegment>& elements) {
+    mline.vertices[0].elements = elements;
+    return fillsOf(drawn(mline, styleWith(db::kStyleFilled)));
+  };
+  EXPECT_THAT(fills({{{}, {1, 0}}, {{}, {-1, 0}}}), ElementsAre("100: 0,1 10,1 10,-1 0,-1"));
+  EXPECT_THAT(fills({{{3, 5}, {1, 0}}, {{3, 6}, {-1, 0}}}),
+              ElementsAre("100: 0,1 3,1 3,-1 0,-1", "100: 5,1 10,1 10,-1 6,-1"));
+  EXPECT_EQ(fills({{{3, 5}, {1, 0}}, {{3}, {-1, 0}}}).size(), 1u) << "breaks that do not match";
 }
 
 }  // namespace

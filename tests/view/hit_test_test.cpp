@@ -27,13 +27,12 @@ TEST(HitTest, MeasuresWhatMeetsTheSquare) {
   const Fill frame{{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {{2, 2, 0}, {8, 2, 0}, {8, 8, 0}, {2, 8, 0}}}};
   const draw::Text text{L"HH", {0, 0, 0}, {10, 0, 0}, {0, 10, 0}};
   constexpr double kMiss = -1;
-  struct Case {
+  const struct {
     const char* name;
     draw::Shape shape;
     KdGePoint3d center;
     double halfSide, distance;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"line through the square", line, {4, 1, 0}, 2, 1},
       {"on the line", line, {4, 0, 0}, 2, 0},
       {"line touches the border", line, {4, 2, 0}, 2, 2},
@@ -56,7 +55,7 @@ TEST(HitTest, MeasuresWhatMeetsTheSquare) {
       {"text between its strokes", text, {5, 7, 0}, 0.5, 2},
       {"outside the text", text, {5, 20, 0}, 0.5, kMiss},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     const auto distance = hit(c.shape, c.center, c.halfSide);
     if (c.distance == kMiss) {

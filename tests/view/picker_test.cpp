@@ -5,14 +5,15 @@
 #include <random>
 
 #include "draw/sample_drawing.h"
-#include "view/box_index.h"
 #include "view/hit_test.h"
 
 namespace torva::view {
 namespace {
 
+using test::circle;
 using test::entity;
 using test::group;
+using test::line;
 using test::point;
 
 /// Lines, circles and two-element multilines spread over 1000 x 1000, at heights up to 300.
@@ -22,15 +23,12 @@ std::string randomEntities(int count, unsigned seed) {
   std::string text;
   for (int i = 0; i < count; ++i) {
     const double x = place(random), y = place(random), z = place(random) * 0.3, turn = size(random);
-    const double c = std::cos(turn), s = std::sin(turn);
     if (i % 3 == 0) {
-      text += entity("LINE", point(10, x, y, z) + point(11, x + size(random), y + size(random), z));
+      text += line(x, y, x + size(random), y + size(random), z);
     } else if (i % 3 == 1) {
-      text += entity("CIRCLE", point(10, x, y, z) + group(40, std::abs(size(random)) + 1));
+      text += circle(x, y, std::abs(size(random)) + 1, z);
     } else {
-      const std::vector<std::vector<double>> lists = {{3, 0, 20, 30}, {-3, 0}};
-      text += entity("MLINE", group(71, "1") + test::mlineVertex({x, y, z, c, s, 0, -s, c, 0}, lists) +
-                                  test::mlineVertex({x + 50 * c, y + 50 * s, z, c, s, 0, -s, c, 0}, lists));
+      text += test::mlineBar({x, y, z}, turn);
     }
   }
   return text;
@@ -49,14 +47,11 @@ dxf::RecordId pickAmongAll(const db::Database& database, const KdGePoint3d& poin
   return nearest;
 }
 
-View tilted() {
-  const std::string viewport = group(0, "VPORT") + group(2, "*ACTIVE") + point(16, 1, -2, 1.5) + group(51, 20.0);
-  return View::ofDrawing(*test::SampleDrawing{.viewport = viewport}.open(), 1000, 1000);
-}
-
-View turned() {
-  const std::string viewport = group(0, "VPORT") + group(2, "*ACTIVE") + group(51, 30.0);
-  return View::ofDrawing(*test::SampleDrawing{.viewport = viewport}.open(), 1000, 1000);
+std::vector<View> views() {
+  std::vector<View> views;
+  for (const std::string& groups : {std::string(), group(51, 30.0), point(16, 1, -2, 1.5) + group(51, 20.0)})
+    views.push_back(View::ofDrawing(*test::SampleDrawing{.viewport = test::viewport(groups)}.open(), 1000, 1000));
+  return views;
 }
 
 TEST(Picker, FindsWhatLookingAtAllFinds) {
@@ -64,13 +59,19 @@ TEST(Picker, FindsWhatLookingAtAllFinds) {
   Picker picker(*database);
   std::mt19937 random(3);
   std::uniform_real_distribution<> place(0, 1000);
-  for (const View& view : {View(), turned(), tilted()}) {
+  const auto entities = test::entitiesOf(*database);
+  std::size_t changed = 0;
+  for (const View& view : views()) {
     int hits = 0;
     for (int i = 0; i < 150; ++i) {
       const KdGePoint3d at{place(random), place(random), 0};
       const dxf::RecordId expected = pickAmongAll(*database, at, 8, view);
       ASSERT_EQ(picker.pick(at, 8, view), expected) << at.x << "," << at.y;
       if (expected != dxf::kNoRecord) ++hits;
+      // The drawing goes on changing: entities vanish, and others come with what was drawn elsewhere.
+      const dxf::RecordId next = entities[changed++ % entities.size()];
+      database->setErased(next, true);
+      if (i % 2 == 0) database->appendToModelSpace(std::string(database->file().bytes(next)));
     }
     EXPECT_GT(hits, 50);
   }
@@ -80,7 +81,7 @@ TEST(Picker, FindsInWindowsWhatLookingAtAllFinds) {
   const auto database = test::SampleDrawing{.entities = randomEntities(1500, 4)}.open();
   const draw::Drawer drawer(*database);
   Picker picker(*database);
-  for (const View& view : {View(), turned(), tilted()}) {
+  for (const View& view : views()) {
     const KdGePoint3d at = view.toDisplay({500, 400, 0});
     const PickWindow window{at, at + KdGeVector3d{220, 90, 0}};
     for (const WindowRule rule : {WindowRule::whole, WindowRule::part}) {
@@ -97,7 +98,7 @@ TEST(Picker, FindsInWindowsWhatLookingAtAllFinds) {
 }
 
 TEST(Picker, PrefersTheLaterOfEquals) {
-  const std::string line = entity("LINE", point(10, 0, 0) + point(11, 10, 0));
+  const std::string line = test::line(0, 0, 10, 0);
   const std::string off = entity("LINE", point(10, 0, 0) + point(11, 10, 0), "OFF");
   const std::string paper = group(0, "LINE") + group(100, "AcDbEntity") + group(67, "1") + group(8, "0") +
                             group(100, "AcDbLine") + point(10, 0, 0) + point(11, 10, 0);
@@ -122,10 +123,7 @@ TEST(Picker, FollowsChanges) {
   EXPECT_EQ(picker.query({{4, -1, 0}, {6, 1, 0}}), (std::vector<dxf::RecordId>{first, added}));
 
   database->beginUndoStep(L"ERASE");
-  KdDbObject* object = nullptr;
-  ASSERT_EQ(database->openObject(object, database->idOf(added), KdOpenMode::forWrite, false), KdStatus::ok);
-  ASSERT_EQ(object->erase(), KdStatus::ok);
-  object->close();
+  database->setErased(added, true);
   database->endUndoStep();
   EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), first);
 
@@ -136,61 +134,26 @@ TEST(Picker, FollowsChanges) {
 TEST(Picker, FindsWhatIsAddedToADrawingWithoutARecordOfModelSpace) {
   std::string text = test::SampleDrawing{}.text();
   text.replace(text.find("*Model_Space"), 12, "SOMEOTHER");
-  std::vector<dxf::Finding> findings;
-  const auto database = db::Database::fromBytes(text, "sample", dxf::DamagePolicy::recover, findings);
-  ASSERT_TRUE(database);
-  Picker picker(**database);
+  const auto database = test::openText(text);
+  Picker picker(*database);
   EXPECT_TRUE(picker.extents().isEmpty());
   const auto line = [](const char* space) {
     return group(0, "LINE") + group(330, "1F") + group(100, "AcDbEntity") + group(67, space) + group(8, "0") +
            group(100, "AcDbLine") + point(10, 0, 0) + point(11, 10, 0);
   };
-  const dxf::RecordId added = (*database)->appendToModelSpace(line("0"));
-  (*database)->appendToModelSpace(line("1"));
+  const dxf::RecordId added = database->appendToModelSpace(line("0"));
+  database->appendToModelSpace(line("1"));
   EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), added);
 }
 
 TEST(Picker, KnowsTheExtents) {
-  const auto database = test::SampleDrawing{.entities = entity("LINE", point(10, -5, 1) + point(11, 20, 7)) +
+  const auto database = test::SampleDrawing{.entities = line(-5, 1, 20, 7) +
                                                         entity("LINE", point(10, 900, 900) + point(11, 950, 950), "FROZEN")}
                             .open();
   const geom::Box3 box = Picker(*database).extents();
   EXPECT_LE(box.min.distanceTo({-5, 1, 0}), 1e-9);
   EXPECT_LE(box.max.distanceTo({20, 7, 0}), 1e-9);
   EXPECT_TRUE(Picker(*test::SampleDrawing{}.open()).extents().isEmpty());
-}
-
-TEST(BoxIndex, FindsTheBoxesThatMeet) {
-  std::mt19937 random(9);
-  std::uniform_real_distribution<> place(-1e6, 1e6), size(0, 2e4);
-  std::vector<BoxIndex::Entry> entries;
-  std::vector<geom::Box3> boxes;
-  for (dxf::RecordId id = 0; id < 3000; ++id) {
-    const KdGePoint3d at{place(random), place(random), 0};
-    boxes.push_back({at, at + KdGeVector3d{size(random), size(random), 0}});
-    entries.push_back({id, SmallBox::around(boxes.back())});
-  }
-  BoxIndex index;
-  index.build(entries);
-  for (dxf::RecordId id = 0; id < 3000; id += 7) {
-    boxes[id] = id % 2 ? geom::Box3{} : geom::Box3{{place(random), 0, 0}, {1e6, 10, 0}};
-    index.set(id, boxes[id]);
-    if (id % 3 == 0) index.set(id, boxes[id] = boxes[id].grownBy(5));
-  }
-  for (int i = 0; i < 200; ++i) {
-    const KdGePoint3d at{place(random), place(random), 0};
-    const SmallBox wanted = SmallBox::around({at, at + KdGeVector3d{1e5, 1e5, 0}});
-    std::vector<dxf::RecordId> found, expected;
-    index.query(wanted, [&](const BoxedEntity& entry) {
-      found.push_back(entry.id);
-      return true;
-    });
-    std::sort(found.begin(), found.end());
-    for (dxf::RecordId id = 0; id < boxes.size(); ++id) {
-      if (!boxes[id].isEmpty() && SmallBox::around(boxes[id]).meetsInPlan(wanted)) expected.push_back(id);
-    }
-    ASSERT_EQ(found, expected);
-  }
 }
 
 }  // namespace

@@ -6,59 +6,66 @@
 #include <numbers>
 #include <random>
 
+#include "draw/drawer.h"
 #include "draw/sample_drawing.h"
 
 namespace torva::view {
 namespace {
 
+using test::circle;
 using test::entity;
 using test::group;
+using test::line;
 using test::point;
 
 constexpr double kTurn = 2 * std::numbers::pi;
 constexpr double kStep = 0.05;  // between samples, drawing units
 
-/// Entities with what the test knows of them: points close to each other along all that is drawn, and the places to snap to.
-struct KnownDrawing {
-  using Points = std::vector<KdGePoint3d>;
-
+/// Lines, arcs, circles, multilines and ellipses, some at another height.
+std::string randomEntities(unsigned seed) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<> place(0, 300), size(-60, 60), degrees(0, 359);
   std::string text;
-  std::vector<Points> pieces;
-  std::map<SnapKind, Points> places;
+  for (int i = 0; i < 120; ++i) {
+    const double x = place(random), y = place(random), z = i % 9 == 0 ? 7 : 0, length = std::abs(size(random)) + 2;
+    const double start = degrees(random), slant = size(random);
+    if (i % 4 == 0) text += line(x, y, x + size(random), y + slant, z);
+    if (i % 8 == 1) text += circle(x, y, length, z);
+    if (i % 8 == 5)
+      text += entity("ARC", point(10, x, y, z) + group(40, length) + group(50, start) + group(51, 1.5 * start + 20));
+    if (i % 4 == 2) text += test::mlineBar({x, y, z}, slant);
+    if (i % 4 == 3)
+      text += entity("ELLIPSE", point(10, x, y, z) + point(11, length, slant) + group(40, 0.2 + length / 80) +
+                                    group(41, 0.0) + group(42, kTurn));
+  }
+  return text;
+}
+
+/// What is drawn, as points close to each other, and the places to snap to.
+struct DrawnPoints {
+  using Points = std::vector<KdGePoint3d>;
   struct Centre {
     std::size_t piece;
     KdGePoint3d point;
     bool isOfWhole;
   };
+
+  std::vector<Points> pieces;
+  std::map<SnapKind, Points> places;
   std::vector<Centre> centres;
 
-  void addLine(const KdGePoint3d& a, const KdGePoint3d& b) {
-    text += entity("LINE", point(10, a.x, a.y, a.z) + point(11, b.x, b.y, b.z));
-    addStretch(a, b);
-  }
-
-  void addMline(const KdGePoint3d& at, double turn) {
-    const double c = std::cos(turn), s = std::sin(turn);
-    const std::vector<std::vector<double>> lists = {{3, 0, 20, 30}, {-3, 0}};
-    text += entity("MLINE", group(71, "1") + test::mlineVertex({at.x, at.y, at.z, c, s, 0, -s, c, 0}, lists) +
-                                test::mlineVertex({at.x + 50 * c, at.y + 50 * s, at.z, c, s, 0, -s, c, 0}, lists));
-    const auto place = [&](double x, double y) { return at + KdGeVector3d{x * c - y * s, x * s + y * c, 0}; };
-    addStretch(place(0, 3), place(20, 3));
-    addStretch(place(30, 3), place(50, 3));
-    addStretch(place(0, -3), place(50, -3));
-  }
-
-  void addArc(const KdGePoint3d& center, double radius, double startDegrees, double sweepDegrees) {
-    const std::string circle = point(10, center.x, center.y, center.z) + group(40, radius);
-    const std::string angles = group(50, startDegrees) + group(51, startDegrees + sweepDegrees);
-    text += sweepDegrees == 360 ? entity("CIRCLE", circle) : entity("ARC", circle + angles);
-    addBow(center, {radius, 0, 0}, {0, radius, 0}, startDegrees / 360 * kTurn, sweepDegrees / 360 * kTurn);
-  }
-
-  void addEllipse(const KdGePoint3d& center, const KdGeVector3d& major, double ratio) {
-    text += entity("ELLIPSE", point(10, center.x, center.y, center.z) + point(11, major.x, major.y) + group(40, ratio) +
-                                  group(41, 0.0) + group(42, kTurn));
-    addBow(center, major, KdGeVector3d{-major.y, major.x, 0} * ratio, 0, kTurn);
+  explicit DrawnPoints(const db::Database& database) {
+    draw::DisplayList list;
+    const draw::Drawer drawer(database);
+    for (const dxf::RecordId entity : test::entitiesOf(database)) drawer.draw(entity, list);
+    for (const draw::Primitive& primitive : list.primitives) {
+      if (const auto* arc = std::get_if<draw::Arc>(&primitive.shape)) {
+        addBow(*arc);
+      } else {
+        const Points& points = std::get<draw::Polyline>(primitive.shape).points;
+        for (std::size_t i = 1; i < points.size(); ++i) addStretch(points[i - 1], points[i]);
+      }
+    }
   }
 
  private:
@@ -70,39 +77,24 @@ struct KnownDrawing {
     places[SnapKind::middle].push_back(a + (b - a) * 0.5);
   }
 
-  void addBow(const KdGePoint3d& center, const KdGeVector3d& x, const KdGeVector3d& y, double start, double sweep) {
-    const auto at = [&](double angle) { return center + x * std::cos(angle) + y * std::sin(angle); };
-    const bool isWhole = sweep == kTurn;
-    const int count = static_cast<int>(sweep * x.length() / kStep) + 1;
+  void addBow(const draw::Arc& arc) {
+    const bool isWhole = arc.sweepRad > kTurn - 1e-9;
+    const int count = static_cast<int>(arc.sweepRad * arc.xAxis.length() / kStep) + 1;
+    const auto at = [&](double share) { return arc.at(arc.startRad + arc.sweepRad * share); };
     pieces.emplace_back();
     // A whole turn goes on a little, so that no place of it is an end.
-    for (int i = 0; i <= (isWhole ? count + 2 : count); ++i) pieces.back().push_back(at(start + sweep * i / count));
-    centres.push_back({pieces.size() - 1, center, isWhole});
+    for (int i = 0; i <= (isWhole ? count + 2 : count); ++i) pieces.back().push_back(at(double(i) / count));
+    centres.push_back({pieces.size() - 1, arc.center, isWhole});
     if (isWhole) return;
-    places[SnapKind::end].insert(places[SnapKind::end].end(), {at(start), at(start + sweep)});
-    places[SnapKind::middle].push_back(at(start + sweep / 2));
+    places[SnapKind::end].insert(places[SnapKind::end].end(), {at(0), at(1)});
+    places[SnapKind::middle].push_back(at(0.5));
   }
 };
-
-KnownDrawing randomDrawing(unsigned seed) {
-  std::mt19937 random(seed);
-  std::uniform_real_distribution<> place(0, 300), size(-60, 60), degrees(0, 359);
-  KnownDrawing drawing;
-  for (int i = 0; i < 120; ++i) {
-    const KdGePoint3d at{place(random), place(random), i % 9 == 0 ? 7.0 : 0.0};
-    const double length = std::abs(size(random)) + 2;
-    if (i % 4 == 0) drawing.addLine(at, at + KdGeVector3d{size(random), size(random), 0});
-    if (i % 4 == 1) drawing.addArc(at, length, degrees(random), i % 8 == 1 ? 360 : 20 + degrees(random) / 2);
-    if (i % 4 == 2) drawing.addMline(at, size(random));
-    if (i % 4 == 3) drawing.addEllipse(at, {length, size(random), 0}, 0.2 + length / 80);
-  }
-  return drawing;
-}
 
 /// Looks for snaps by going through all samples.
 class SlowSnaps {
  public:
-  SlowSnaps(const KnownDrawing& drawing, const View& view, const KdGePoint3d& cursor, const KdGePoint3d& base,
+  SlowSnaps(const DrawnPoints& drawing, const View& view, const KdGePoint3d& cursor, const KdGePoint3d& base,
             double aperture)
       : m_drawing(drawing), m_view(view), m_cursorDcs(view.toDisplay(cursor)), m_base(base), m_aperture(aperture) {
     for (std::size_t i = 0; i < drawing.pieces.size(); ++i) {
@@ -144,7 +136,7 @@ class SlowSnaps {
   }
 
   /// Where the distance from the base point stops falling or rising.
-  void takeTurningPoints(const KnownDrawing::Points& points) {
+  void takeTurningPoints(const DrawnPoints::Points& points) {
     for (std::size_t i = 1; i + 1 < points.size(); ++i) {
       const double before = m_base.distanceTo(points[i - 1]), here = m_base.distanceTo(points[i]),
                    after = m_base.distanceTo(points[i + 1]);
@@ -175,7 +167,7 @@ class SlowSnaps {
     }
   }
 
-  const KnownDrawing& m_drawing;
+  const DrawnPoints& m_drawing;
   const View& m_view;
   const KdGePoint3d m_cursorDcs, m_base;
   const double m_aperture;
@@ -184,16 +176,15 @@ class SlowSnaps {
 };
 
 View viewWith(const std::string& groups) {
-  const std::string viewport = group(0, "VPORT") + group(2, "*ACTIVE") + groups;
-  View view = View::ofDrawing(*test::SampleDrawing{.viewport = viewport}.open(), 1000, 1000);
+  View view = View::ofDrawing(*test::SampleDrawing{.viewport = test::viewport(groups)}.open(), 1000, 1000);
   view.set({0, 0, 0}, 1000);  // a pixel is a unit
   return view;
 }
 
 TEST(Snap, FindsWhatGoingThroughAllThatIsDrawnFinds) {
   constexpr double kAperture = 10, kEdge = 0.2, kTolerance = 3 * kStep;
-  const KnownDrawing known = randomDrawing(11);
-  const auto database = test::SampleDrawing{.entities = known.text}.open();
+  const auto database = test::SampleDrawing{.entities = randomEntities(11)}.open();
+  const DrawnPoints known(*database);
   Picker picker(*database);
   std::mt19937 random(12);
   std::uniform_real_distribution<> offset(-12, 12);
@@ -226,29 +217,25 @@ TEST(Snap, FindsWhatGoingThroughAllThatIsDrawnFinds) {
 
 TEST(Snap, ChoosesByKindAndPlace) {
   constexpr int kEnd = 1, kMiddle = 2, kCentre = 4, kCross = 32, kSquare = 128, kNearest = 512, kAll = 679;
-  const std::string bow = entity("CIRCLE", point(10, 100, 100) + group(40, 5.0));
-  const std::string block = group(0, "BLOCK") + group(2, "B") + bow + group(0, "ENDBLK");
-  const auto line = [](double x, double y, double x2, double y2, double z = 0) {
-    return entity("LINE", point(10, x, y, z) + point(11, x2, y2, z));
-  };
-  const auto path = [](const std::string& flags) {
-    return entity("LWPOLYLINE", group(70, flags) + group(10, 0.0) + group(20, 0.0) + group(10, 40.0) + group(20, 0.0) +
-                                    group(10, 40.0) + group(20, 30.0));
-  };
+  const std::string block = test::block("B", circle(100, 100, 5));
+  const std::string open = test::path({{0, 0, 0}, {40, 0, 0}, {40, 30, 0}}),
+                    closed = test::path({{0, 0, 0}, {40, 0, 0}, {40, 30, 0}}, 1);
+  const std::string arc = entity("ARC", point(10, 0, 0) + group(40, 10.0) + group(50, 20.0) + group(51, 340.0));
+  const std::string insert = entity("INSERT", group(2, "B") + point(10, -100, -100) + group(41, 2.0));
+  const std::string solid = entity("SOLID", point(10, 0, 0) + point(11, 9, 0) + point(12, 0, 9) + point(13, 9, 9));
   std::string spline = group(71, "3") + group(72, "8");
   for (const double knot : {0, 0, 0, 0, 1, 1, 1, 1}) spline += group(40, knot);
   for (const double x : {0, 10, 20, 30}) spline += point(10, x, 0);
-  struct Row {
+  using enum SnapKind;
+  const auto at = [](SnapKind kind, double x, double y) { return std::pair{kind, KdGePoint3d{x, y, 0}}; };
+  const struct {
     const char* name;
     std::string entities;
     KdGePoint3d cursor;
     int modes;
     std::optional<KdGePoint3d> base;
     std::optional<std::pair<SnapKind, KdGePoint3d>> expected;
-  };
-  using enum SnapKind;
-  const auto at = [](SnapKind kind, double x, double y) { return std::pair{kind, KdGePoint3d{x, y, 0}}; };
-  const Row rows[] = {
+  } rows[] = {
       {"an end before what is nearer", line(0, 0, 90, 0), {6, 1, 0}, kAll, {}, at(end, 0, 0)},
       {"nothing in sight", line(0, 0, 90, 0), {40, 11, 0}, kAll, {}, {}},
       {"nearest when there is nothing else", line(0, 0, 90, 0), {30, 1, 0}, kAll, {}, at(nearest, 30, 0)},
@@ -258,61 +245,31 @@ TEST(Snap, ChoosesByKindAndPlace) {
       {"the crossing of a tee", line(0, 0, 90, 0) + line(30, 0, 30, 90), {31, 1, 0}, kCross, {}, at(intersection, 30, 0)},
       {"passing at another height", line(0, 0, 90, 0) + line(30, -9, 30, 90, 1), {31, 1, 0}, kCross, {}, {}},
       {"parallels", line(0, 0, 90, 0) + line(10, 0, 70, 0), {31, 1, 0}, kCross, {}, {}},
-      {"a corner crosses itself", path("0"), {39, 1, 0}, kCross, {}, at(intersection, 40, 0)},
-      {"open: no way back", path("0"), {20, 15, 0}, kAll, {}, {}},
-      {"closed: the way back", path("1"), {20, 16, 0}, kMiddle, {}, at(middle, 20, 15)},
-      {"touching circles",
-       entity("CIRCLE", point(10, 0, 0) + group(40, 5.0)) + entity("CIRCLE", point(10, 12, 0) + group(40, 7.0)),
-       {6, 1, 0},
-       kCross,
-       {},
-       at(intersection, 5, 0)},
-      {"a tangent",
-       line(-9, 5, 9, 5) + entity("CIRCLE", point(10, 0, 0) + group(40, 5.0)),
-       {1, 6, 0},
-       kCross,
-       {},
-       at(intersection, 0, 5)},
-      {"a line misses the gap of an arc",
-       line(0, 0, 20, 0) + entity("ARC", point(10, 0, 0) + group(40, 10.0) + group(50, 20.0) + group(51, 340.0)),
-       {10, 0, 0},
-       kCross,
-       {},
-       {}},
-      {"a centre from far", entity("CIRCLE", point(10, 0, 0) + group(40, 90.0)), {91, 1, 0}, kCentre, {}, at(centre, 0, 0)},
-      {"a centre itself", entity("CIRCLE", point(10, 0, 0) + group(40, 90.0)), {1, 1, 0}, kCentre, {}, at(centre, 0, 0)},
-      {"a whole circle has no ends", entity("CIRCLE", point(10, 0, 0) + group(40, 9.0)), {9, 0, 0}, kEnd | kMiddle, {}, {}},
-      {"in a block, stretched",
-       entity("INSERT", group(2, "B") + point(10, -100, -100) + group(41, 2.0)),
-       {110, 0, 0},
-       kCentre,
-       {},
-       at(centre, 100, 0)},
+      {"a corner crosses itself", open, {39, 1, 0}, kCross, {}, at(intersection, 40, 0)},
+      {"open: no way back", open, {20, 15, 0}, kAll, {}, {}},
+      {"closed: the way back", closed, {20, 16, 0}, kMiddle, {}, at(middle, 20, 15)},
+      {"touching circles", circle(0, 0, 5) + circle(12, 0, 7), {6, 1, 0}, kCross, {}, at(intersection, 5, 0)},
+      {"a tangent", line(-9, 5, 9, 5) + circle(0, 0, 5), {1, 6, 0}, kCross, {}, at(intersection, 0, 5)},
+      {"the gap of an arc", line(0, 0, 20, 0) + arc, {10, 0, 0}, kCross, {}, {}},
+      {"a centre from far", circle(0, 0, 90), {91, 1, 0}, kCentre, {}, at(centre, 0, 0)},
+      {"a centre itself", circle(0, 0, 90), {1, 1, 0}, kCentre, {}, at(centre, 0, 0)},
+      {"a whole circle has no ends", circle(0, 0, 9), {9, 0, 0}, kEnd | kMiddle, {}, {}},
+      {"in a block, stretched", insert, {110, 0, 0}, kCentre, {}, at(centre, 100, 0)},
       {"a foot from far", line(0, 0, 90, 0), {80, 1, 0}, kSquare, KdGePoint3d{5, 50, 0}, at(perpendicular, 5, 0)},
       {"a foot beyond the end", line(0, 0, 90, 0), {80, 1, 0}, kSquare, KdGePoint3d{-5, 50, 0}, {}},
       {"no foot without a base", line(0, 0, 90, 0), {80, 1, 0}, kSquare, {}, {}},
       {"no foot at the base", line(0, 0, 90, 0), {80, 1, 0}, kSquare, KdGePoint3d{5, 0, 0}, {}},
-      {"no foot from the center", entity("CIRCLE", point(10, 0, 0) + group(40, 9.0)), {9, 0, 0}, kSquare, KdGePoint3d{}, {}},
-      {"the near foot of a circle",
-       entity("CIRCLE", point(10, 0, 0) + group(40, 9.0)),
-       {9, 1, 0},
-       kSquare,
-       KdGePoint3d{-50, 0, 0},
-       at(perpendicular, 9, 0)},
+      {"no foot from the center", circle(0, 0, 9), {9, 0, 0}, kSquare, KdGePoint3d{}, {}},
+      {"the near foot of a circle", circle(0, 0, 9), {9, 1, 0}, kSquare, KdGePoint3d{-50, 0, 0}, at(perpendicular, 9, 0)},
       {"a spline has no corners", entity("SPLINE", spline), {15, 0, 0}, kEnd | kMiddle, {}, {}},
       {"a spline has ends", entity("SPLINE", spline), {29, 0, 0}, kEnd | kMiddle, {}, at(end, 30, 0)},
       {"a dot", entity("POINT", point(10, 3, 4)), {0, 0, 0}, kAll, {}, at(end, 3, 4)},
       {"a line without length", line(3, 4, 3, 4), {0, 0, 0}, kAll, KdGePoint3d{}, at(end, 3, 4)},
       {"a layer that is off", entity("LINE", point(10, 0, 0) + point(11, 90, 0), "OFF"), {0, 0, 0}, kNearest, {}, {}},
-      {"no fills",
-       entity("SOLID", point(10, 0, 0) + point(11, 9, 0) + point(12, 0, 9) + point(13, 9, 9)),
-       {0, 0, 0},
-       kAll,
-       {},
-       {}},
+      {"no fills", solid, {0, 0, 0}, kAll, {}, {}},
   };
   const View view = viewWith("");
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const auto database = test::SampleDrawing{.entities = row.entities, .blocks = block}.open();
     Picker picker(*database);
     const auto snap = findSnap(picker, view, {row.cursor, 10, row.modes, row.base});
@@ -325,8 +282,7 @@ TEST(Snap, ChoosesByKindAndPlace) {
 
 TEST(Snap, EndsFarFromTheOriginAreExact) {
   const KdGePoint3d end{4512345.678901, 5398765.432109, 0};
-  const auto database =
-      test::SampleDrawing{.entities = entity("LINE", point(10, end.x, end.y) + point(11, end.x + 100, end.y - 33))}.open();
+  const auto database = test::SampleDrawing{.entities = line(end.x, end.y, end.x + 100, end.y - 33)}.open();
   Picker picker(*database);
   const auto snap = findSnap(picker, viewWith(group(51, 30.0)), {end + KdGeVector3d{3, 4, 0}, 10, 1, {}});
   ASSERT_TRUE(snap);
@@ -335,7 +291,7 @@ TEST(Snap, EndsFarFromTheOriginAreExact) {
 
 TEST(Snap, OffersOnlyTheNearestWhereTooMuchIsDrawn) {
   std::string text;
-  for (std::size_t i = 0; i <= kMostSnapEntities; ++i) text += entity("LINE", point(10, 0, 0) + point(11, 9, 9));
+  for (std::size_t i = 0; i <= kMostSnapEntities; ++i) text += line(0, 0, 9, 9);
   const auto database = test::SampleDrawing{.entities = text}.open();
   Picker picker(*database);
   const auto snap = findSnap(picker, viewWith(""), {{0, 1, 0}, 10, 1 | 512, {}});

@@ -12,7 +12,7 @@ using test::group;
 using test::point;
 
 View viewOf(const std::string& viewport, int width = 1000, int height = 1000) {
-  const std::string record = viewport.empty() ? "" : group(0, "VPORT") + group(2, "*Active") + viewport;
+  const std::string record = viewport.empty() ? "" : test::viewport(viewport);
   return View::ofDrawing(*test::SampleDrawing{.viewport = record}.open(), width, height);
 }
 
@@ -36,19 +36,18 @@ TEST(View, StartsAsTheDrawingHasIt) {
 }
 
 TEST(View, ProjectsAlongItsDirection) {
-  struct Case {
+  const struct {
     const char* name;
     std::string viewport;
     KdGePoint3d world, display;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"target is the origin", point(17, 10, 20, 30), {11, 22, 33}, {1, 2, 3}},
       {"twist turns the picture counter-clockwise", group(51, 90.0), {1, 2, 3}, {-2, 1, 3}},
       {"from the front", point(16, 0, -1, 0), {1, 2, 3}, {1, 3, -2}},
       {"from the right", point(16, 1, 0, 0), {1, 2, 3}, {2, 3, 1}},
       {"from below", point(16, 0, 0, -1), {1, 2, 3}, {-1, 2, -3}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     expectNear(viewOf(c.viewport).toDisplay(c.world), c.display);
   }
