@@ -79,13 +79,6 @@ TEST(AnswerLine, givesTheRestOfALine) {
   EXPECT_EQ(AnswerLine(L"").rest(), kEnter);
 }
 
-TEST(AnswerLine, isFreshUntilSomethingIsTaken) {
-  AnswerLine line(L"a b");
-  EXPECT_TRUE(line.isFresh());
-  line.next();
-  EXPECT_FALSE(line.isFresh());
-}
-
 TEST(AnswerLine, usesUpAnyLine) {
   constexpr unsigned kSeed = 20240611;
   SCOPED_TRACE(kSeed);

@@ -11,14 +11,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// Handles of the entities that are there, in drawing order.
-std::vector<dxf::Handle> handles(Editor& editor) {
-  std::vector<dxf::Handle> found;
-  const dxf::DrawingFile& file = editor.database().file();
-  editor.database().forEachModelSpaceEntity([&](dxf::RecordId entity) { found.push_back(file.handle(entity)); });
-  return found;
-}
-
 TEST(Selection, ReportsWhatEachAnswerFound) {
   const struct {
     const char* answers;
@@ -47,7 +39,7 @@ TEST(Selection, ReportsWhatEachAnswerFound) {
     EXPECT_EQ(test.run(std::string("ERASE ") + row.answers + " \"\""), Fault::none) << row.answers;
     const std::size_t end = test.output.rfind(L"\n", test.output.size() - 2);
     EXPECT_THAT(test.output.substr(0, end), EndsWith(row.report)) << row.answers;
-    EXPECT_EQ(handles(test.editor), row.left) << row.answers;
+    EXPECT_EQ(handlesIn(test.editor.database()), row.left) << row.answers;
     test.run("U");
     EXPECT_FALSE(test.editor.database().file().isModified()) << row.answers;
   }
@@ -56,9 +48,9 @@ TEST(Selection, ReportsWhatEachAnswerFound) {
 TEST(Selection, ThePreviousOneCanBeChosenAgainAsFarAsItIsThere) {
   TestEditor test;
   test.run("MOVE 5,5 5,0 \"\" 0,0 0,1\nERASE 5,6 \"\"\nCOPY P \"\" 0,0 0,9");
-  EXPECT_EQ(handles(test.editor).size(), 1u) << "the last selection was erased";
+  EXPECT_EQ(handlesIn(test.editor.database()).size(), 1u) << "the last selection was erased";
   test.run("U\nMOVE #2F:0,0 \"\" 0,0 0,1\nERASE P \"\"");
-  EXPECT_EQ(handles(test.editor), std::vector<dxf::Handle>{0x30});
+  EXPECT_EQ(handlesIn(test.editor.database()), std::vector<dxf::Handle>{0x30});
   test.run("U\nNEW Y\nERASE P \"\"");
   EXPECT_THAT(test.output, EndsWith(L"Select objects: P\n0 found\nSelect objects: \n"));
 }
@@ -83,48 +75,22 @@ TEST(EditCommands, ACancelAtAnyPromptChangesNothingAndLeavesNothingOpen) {
 }
 
 TEST(EditCommands, MoveAndCopyTakeADisplacementInUserCoordinates) {
-  const struct {
-    const char* answers;
-    KdGePoint3d start;  // of the line from 0,5 to 10,5 after that
-  } rows[] = {
+  // of the line from 0,5 to 10,5 after that
+  const std::pair<const char*, KdGePoint3d> rows[] = {
       {"1,1 4,3", {-2, 8, 0}}, {"1,1 @3,2", {-2, 8, 0}},           {"3,2 \"\"", {-2, 8, 0}},
       {"D 3,2", {-2, 8, 0}},   {"Displacement 3,2,8", {-2, 8, 1}}, {"0,0,7 3,2,9", {-2, 8, 2}},
   };
-  for (const auto& row : rows) {
+  for (const auto& [answers, start] : rows) {
     for (const char* command : {"MOVE", "COPY"}) {
       TestEditor test;
-      // A quarter turn about another origin, at a height.
-      test.editor.variables().setInternally(L"UCSORG", KdGePoint3d{1, 1, 1});
-      test.editor.variables().setInternally(L"UCSXDIR", KdGePoint3d{0, 1, 0});
-      test.editor.variables().setInternally(L"UCSYDIR", KdGePoint3d{-1, 0, 0});
-      test.editor.variables().setInternally(L"ELEVATION", 7.0);
-      test.run(std::string(command) + " L \"\" " + row.answers);
+      test.run(std::string("UCS 1,1,1 UCS Z 90 ELEVATION 7 ") + command + " L \"\" " + answers);
       dxf::RecordId last = dxf::kNoRecord;
       test.editor.database().forEachEntity([&](dxf::RecordId entity) { last = entity; });
       const draw::RecordValues values(test.editor.database().file().groups(last));
-      EXPECT_TRUE(values.point(10).isEqualTo(row.start)) << command << ' ' << row.answers;
-      EXPECT_TRUE(values.point(11).isEqualTo(row.start + KdGeVector3d{10, 0, 0})) << command << ' ' << row.answers;
+      EXPECT_TRUE(values.point(10).isEqualTo(start)) << command << ' ' << answers;
+      EXPECT_TRUE(values.point(11).isEqualTo(start + KdGeVector3d{10, 0, 0})) << command << ' ' << answers;
     }
   }
-}
-
-TEST(EditCommands, PicksFollowWhatTheyDo) {
-  TestEditor test;
-  test.editor.view().set({5, 2.5, 0}, 20);
-  const auto found = [&](const char* script) {
-    test.output.clear();
-    test.run(script);
-    return test.output.find(L"Nothing is there.") == std::wstring::npos;
-  };
-  EXPECT_TRUE(found("LIST 5,0"));
-  EXPECT_FALSE(found("ERASE 5,0 \"\"\nLIST 5,0"));
-  EXPECT_TRUE(found("U\nLIST 5,0"));
-  EXPECT_TRUE(found("COPY 5,0 \"\" 0,0 0,-3\nLIST 5,-3"));
-  EXPECT_FALSE(found("MOVE 5,-3 \"\" 0,0 0,-3\nLIST 5,-3"));
-  EXPECT_TRUE(found("EXPLODE 5,-6 \"\"\nLIST 5,-6"));
-  EXPECT_THAT(test.output, HasSubstr(L"LINE  handle 32"));
-  EXPECT_FALSE(found("UNDO 3\nLIST 5,-6"));
-  EXPECT_TRUE(found("LIST 5,0"));
 }
 
 TEST(EditCommands, WhatCannotBeDoneIsAFaultForEachType) {

@@ -11,24 +11,13 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// What an input call gave, in the order of the calls of one ASK.
-struct Given {
-  int status = 0;
-  std::wstring value;
-  bool operator==(const Given&) const = default;
-};
-
-TEST(Editor, reportsUnknownCommandsOncePerLineAndGoesOn) {
+TEST(Editor, reportsUnknownCommandsOncePerLineAndGoesOnUnlessItIsToStop) {
   TestEditor test;
   EXPECT_EQ(test.run("FOO a b\nSETVAR ERRNO\n"), Fault::script);
   EXPECT_THAT(test.faults, ElementsAre("test:1: unknown command \"FOO\""));
   EXPECT_THAT(test.output, HasSubstr(L"ERRNO = "));
-}
-
-TEST(Editor, stopsAtAFaultWhenAsked) {
-  TestEditor test;
   EXPECT_EQ(test.run("FOO\nBAR\n", OnFault::stop), Fault::script);
-  EXPECT_EQ(test.faults.size(), 1u);
+  EXPECT_EQ(test.faults.size(), 2u);
 }
 
 TEST(Editor, emptyLinesCommentsAndCancelsAreNothingAtTheCommandPrompt) {
@@ -105,35 +94,33 @@ TEST(Editor, asksForPoints) {
 }
 
 TEST(Editor, asksForNumbersWithinTheRestrictions) {
+  using Given = std::pair<int, double>;
   const struct {
     const char* name;
     int flags;
     const char* answers;
     Given real, integer;
   } rows[] = {
-      {"free", kKdInitGetNone, "-2 0", {kKdInputNormal, L"-2"}, {kKdInputNormal, L"0"}},
-      {"not negative", kKdNoNegative, "-2 3 -1 4", {kKdInputNormal, L"3"}, {kKdInputNormal, L"4"}},
-      {"not zero", kKdNoZero, "0 -1 0 1", {kKdInputNormal, L"-1"}, {kKdInputNormal, L"1"}},
-      {"not empty", kKdNoEmptyAnswer, "\"\" 1 \"\" 2", {kKdInputNormal, L"1"}, {kKdInputNormal, L"2"}},
-      {"empty", kKdInitGetNone, "\"\" \"\"", {kKdInputNone, L"77"}, {kKdInputNone, L"77"}},
-      {"other texts", kKdInitGetNone, "x 1,5 2 1.5 99999999999 3", {kKdInputNormal, L"2"}, {kKdInputNormal, L"3"}},
+      {"free", kKdInitGetNone, "-2 0", {kKdInputNormal, -2}, {kKdInputNormal, 0}},
+      {"not negative", kKdNoNegative, "-2 3 -1 4", {kKdInputNormal, 3}, {kKdInputNormal, 4}},
+      {"not zero", kKdNoZero, "0 -1 0 1", {kKdInputNormal, -1}, {kKdInputNormal, 1}},
+      {"not empty", kKdNoEmptyAnswer, "\"\" 1 \"\" 2", {kKdInputNormal, 1}, {kKdInputNormal, 2}},
+      {"empty", kKdInitGetNone, "\"\" \"\"", {kKdInputNone, 77}, {kKdInputNone, 77}},
+      {"other texts", kKdInitGetNone, "x 1,5 2.5 1.5 99999999999 3", {kKdInputNormal, 2.5}, {kKdInputNormal, 3}},
   };
   for (const auto& row : rows) {
     TestEditor test;
-    Given real, integer;
+    double real = 77;
+    int integer = 77, realStatus = 0, integerStatus = 0;
     test.ask = [&](Editor& editor) {
-      double number = 77;
-      int whole = 77;
       ASSERT_EQ(editor.initGet(row.flags, nullptr), kKdInputNormal);
-      real.status = editor.getReal(L"Number: ", number);
+      realStatus = editor.getReal(L"Number: ", real);
       ASSERT_EQ(editor.initGet(row.flags, nullptr), kKdInputNormal);
-      integer.status = editor.getInteger(L"Number: ", whole);
-      real.value = std::to_wstring(static_cast<int>(number));
-      integer.value = std::to_wstring(whole);
+      integerStatus = editor.getInteger(L"Number: ", integer);
     };
     test.run(std::string("ASK ") + row.answers + "\n");
-    EXPECT_EQ(real, row.real) << row.name;
-    EXPECT_EQ(integer, row.integer) << row.name;
+    EXPECT_EQ(Given(realStatus, real), row.real) << row.name;
+    EXPECT_EQ(Given(integerStatus, integer), row.integer) << row.name;
   }
 }
 
@@ -188,51 +175,34 @@ TEST(Editor, asksForEntities) {
   }
 }
 
+/// Asks for an entity with each answer; the statuses and the points.
+std::vector<std::pair<int, KdGePoint3d>> picksOf(TestEditor& test, const std::string& answers, std::size_t count) {
+  std::vector<std::pair<int, KdGePoint3d>> picks(count);
+  test.ask = [&](Editor& editor) {
+    KdDbObjectId id;
+    for (auto& [status, point] : picks) status = editor.selectEntity(L"Entity: ", id, point);
+  };
+  test.run("ASK " + answers);
+  return picks;
+}
+
 TEST(Editor, missesErasedEntities) {
   TestEditor test;
-  int status = 0;
-  test.ask = [&](Editor& editor) {
-    KdDbObject* object = nullptr;
-    ASSERT_EQ(editor.database().openObject(object, editor.database().idOfHandle(0x2F), KdOpenMode::forWrite, false),
-              KdStatus::ok);
-    ASSERT_EQ(object->erase(), KdStatus::ok);
-    object->close();
-    KdDbObjectId id;
-    KdGePoint3d point;
-    status = editor.selectEntity(L"Entity: ", id, point);
-  };
-  test.run("ASK #2F:1,1\n");
-  EXPECT_EQ(status, kKdInputError);
-  EXPECT_EQ(test.editor.database().undo(), L"ASK");
+  test.run("ERASE #2F:1,1 \"\"");
+  EXPECT_EQ(picksOf(test, "#2F:1,1", 1)[0].first, kKdInputError);
 }
 
 TEST(Editor, lastPointFollowsAnswers) {
   TestEditor test;
-  std::vector<KdGePoint3d> points(3);
-  test.ask = [&](Editor& editor) {
-    KdDbObjectId id;
-    for (KdGePoint3d& point : points) (void)editor.selectEntity(L"Entity: ", id, point);
-  };
-  test.run("ASK #2F:1,1 @2,0 @2<90\n");
-  EXPECT_TRUE(points[1].isEqualTo({3, 1, 0}));
-  EXPECT_TRUE(points[2].isEqualTo({3, 3, 0}));
+  const auto picks = picksOf(test, "#2F:1,1 @2,0 @2<90", 3);
+  EXPECT_TRUE(picks[1].second.isEqualTo({3, 1, 0}));
+  EXPECT_TRUE(picks[2].second.isEqualTo({3, 3, 0}));
 }
 
 TEST(Editor, picksInTheUserCoordinateSystem) {
   TestEditor test;
-  test.editor.variables().setInternally(L"UCSORG", KdGePoint3d{4, 5, 0});
-  test.editor.variables().setInternally(L"UCSXDIR", KdGePoint3d{0, 1, 0});
-  test.editor.variables().setInternally(L"UCSYDIR", KdGePoint3d{-1, 0, 0});
-  EXPECT_TRUE(test.editor.toWorld({1, 2, 3}).isEqualTo({2, 6, 3}));
-  EXPECT_TRUE(test.editor.toUser({2, 6, 3}).isEqualTo({1, 2, 3}));
-  int status = 0;
-  test.ask = [&](Editor& editor) {
-    KdDbObjectId id;
-    KdGePoint3d point;
-    status = editor.selectEntity(L"Entity: ", id, point);
-  };
-  test.run("ASK 0,-3\n");
-  EXPECT_EQ(status, kKdInputNormal) << "7,5 in the world lies on the line";
+  test.run("UCS 4,5 UCS Z 90");
+  EXPECT_EQ(picksOf(test, "0,-3", 1)[0].first, kKdInputNormal) << "7,5 in the world lies on the line";
 }
 
 TEST(Editor, printsPromptsWithAnswersOnLinesOfTheirOwn) {
@@ -249,26 +219,12 @@ TEST(Editor, printsPromptsWithAnswersOnLinesOfTheirOwn) {
 
 TEST(Editor, undoTakesCommandsBackOneByOne) {
   TestEditor test;
-  int scaleOfLast = 1;
-  test.ask = [&](Editor& editor) {
-    KdDbMline* mline = nullptr;
-    ASSERT_EQ(kddbOpenObject(mline, editor.database().idOfHandle(0x2F), KdOpenMode::forWrite), KdStatus::ok);
-    EXPECT_EQ(mline->setScale(++scaleOfLast), KdStatus::ok);
-    mline->close();
-  };
-  const auto scale = [&] {
-    const db::Database& database = test.editor.database();
-    return database.mline(database.recordOf(database.idOfHandle(0x2F))).scale;
-  };
-  test.run("ASK\nASK\nASK\n");
-  EXPECT_EQ(scale(), 4);
-  test.run("U\n");
-  EXPECT_EQ(scale(), 3);
-  test.run("UNDO 5\n");
-  EXPECT_EQ(scale(), 1);
-  test.run("REDO\nREDO\n");
-  EXPECT_EQ(scale(), 3);
-  EXPECT_THAT(test.faults, IsEmpty());
+  const std::pair<const char*, std::size_t> steps[] = {
+      {"LINE 0,0 1,1 \"\"\nLINE 0,0 1,1 2,2 \"\"\nCIRCLE 0,0 1", 6}, {"U", 5}, {"UNDO 5", 2}, {"REDO\nREDO", 5}};
+  for (const auto& [script, count] : steps) {
+    EXPECT_EQ(test.run(script), Fault::none);
+    EXPECT_EQ(handlesIn(test.editor.database()).size(), count) << script;
+  }
 }
 
 /// A terminal: answers are typed at the prompt, and ^C comes as a signal.

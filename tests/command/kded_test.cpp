@@ -31,70 +31,62 @@ TEST(Kded, answersWithoutAnEditorAreErrors) {
 }
 
 TEST(Kded, filesAreAskedForAtTheCommandLineUnlessThereIsAChooser) {
-  struct Case {
+  const struct {
     const char* answer;
     const wchar_t* start;
     int status;
     std::wstring path;
+    int chosenStatus;
+    std::wstring chosen;
+  } cases[] = {
+      {"my lib\n", L"/root/Support/", kKdInputNormal, L"my lib.mln", kKdInputNormal, L"/root/Support/chosen.mln"},
+      {"a.b/lib.txt\n", nullptr, kKdInputNormal, L"a.b/lib.txt", kKdInputNormal, L"chosen.mln"},
+      {"\n", L"/root/TORVA.mln", kKdInputNormal, L"/root/TORVA.mln", kKdInputCancel, L"unchanged"},
+      {"\n", L"/root/Support/", kKdInputNone, L"unchanged", kKdInputNormal, L"/root/Support/chosen.mln"},
+      {"^C\n", L"/root/TORVA.mln", kKdInputCancel, L"unchanged", kKdInputCancel, L"unchanged"},
   };
-  const Case cases[] = {
-      {"my lib\n", L"/root/Support/", kKdInputNormal, L"my lib.mln"},
-      {"a.b/lib.txt\n", nullptr, kKdInputNormal, L"a.b/lib.txt"},
-      {"\n", L"/root/TORVA.mln", kKdInputNormal, L"/root/TORVA.mln"},
-      {"\n", L"/root/Support/", kKdInputNone, L"unchanged"},
-      {"^C\n", L"/root/TORVA.mln", kKdInputCancel, L"unchanged"},
-  };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.answer);
     TestEditor test;
-    std::wstring path = L"unchanged";
-    int status = 0;
-    const auto ask = [&] {
+    std::pair<int, std::wstring> given;
+    test.ask = [&](Editor&) {
       KdResbuf file;
-      status = kdedGetFileD(L"Library", c.start, L"mln", kKdFileToWrite, &file);
-      if (status != kKdInputNormal) return;
-      path = file.value.string;
+      given = {kdedGetFileD(L"Library", c.start, L"mln", kKdFileToWrite, &file), L"unchanged"};
+      if (given.first != kKdInputNormal) return;
+      given.second = file.value.string;
       kdutDelString(file.value.string);
     };
-    test.ask = [&](Editor&) { ask(); };
     test.run(std::string("ASK\n") + c.answer);
-    EXPECT_EQ(status, c.status);
-    EXPECT_EQ(path, c.path);
+    EXPECT_EQ(given, std::pair(c.status, c.path));
 
     test.editor.setFileChooser([&](const FileRequest& request) -> std::optional<std::wstring> {
       EXPECT_EQ(request.use, FileUse::write);
       if (request.offersFile()) return std::nullopt;
       return request.start + L"chosen";
     });
-    ask();
-    const bool isOffered = c.start && c.start[std::wcslen(c.start) - 1] != L'/';
-    EXPECT_EQ(status, isOffered ? kKdInputCancel : kKdInputNormal);
-    if (c.start && !isOffered) {
-      EXPECT_EQ(path, std::wstring(c.start) + L"chosen.mln");
-    }
+    test.ask(test.editor);
+    EXPECT_EQ(given, std::pair(c.chosenStatus, c.chosen));
   }
 }
 
 TEST(Kded, keywordsComeInFullSpellingCutToTheBuffer) {
   TestEditor test;
   wchar_t keyword[kKdInputCapacity] = {}, cut[4] = {};
-  int statuses[4] = {};
+  std::vector<int> statuses;
   test.ask = [&](Editor&) {
-    (void)kdedInitGet(0, L"Close Undo");
-    statuses[0] = kdedGetKword(L"Which: ", keyword);
-    (void)kdedInitGet(0, L"Close Undo");
-    statuses[1] = kdedGetKword(L"Which: ", cut, 4);
-    (void)kdedInitGet(0, L"Close Undo");
     double point[3];
-    statuses[2] = kdedGetPoint(nullptr, L"Point: ", point);
-    statuses[3] = kdedGetInput(keyword);
+    for (const auto& get : std::initializer_list<std::function<int()>>{
+             [&] { return kdedGetKword(L"Which: ", keyword); }, [&] { return kdedGetKword(L"Which: ", cut, 4); },
+             [&] { return kdedGetPoint(nullptr, L"Point: ", point); }}) {
+      (void)kdedInitGet(0, L"Close Undo");
+      statuses.push_back(get());
+    }
+    statuses.push_back(kdedGetInput(keyword));
   };
   test.run("ASK u cl UND\n");
+  EXPECT_EQ(statuses, (std::vector<int>{kKdInputNormal, kKdInputNormal, kKdInputKeyword, kKdInputNormal}));
   EXPECT_STREQ(cut, L"Clo");
   EXPECT_STREQ(keyword, L"Undo");
-  EXPECT_EQ(statuses[0], kKdInputNormal);
-  EXPECT_EQ(statuses[2], kKdInputKeyword);
-  EXPECT_EQ(statuses[3], kKdInputNormal);
   EXPECT_EQ(kdedInitGet(0, L"Same same"), kKdInputError);
 }
 
@@ -140,9 +132,7 @@ TEST(Kded, variablesKeepTheirTypes) {
 
 TEST(Kded, transConvertsPointsAndDisplacements) {
   TestEditor test;
-  test.editor.variables().setInternally(L"UCSORG", KdGePoint3d{10, 20, 0});
-  test.editor.variables().setInternally(L"UCSXDIR", KdGePoint3d{0, 1, 0});
-  test.editor.variables().setInternally(L"UCSYDIR", KdGePoint3d{-1, 0, 0});
+  test.run("UCS 10,20 UCS Z 90");
   const KdResbuf world = shortBuffer(kKdWorld), user = shortBuffer(kKdUser), display = shortBuffer(kKdDisplay);
   const struct {
     const char* name;

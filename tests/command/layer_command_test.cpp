@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "db/layers.h"
 #include "support/drawing_text.h"
 #include "test_editor.h"
 
@@ -13,71 +14,34 @@ using testing::SizeIs;
 
 /// An R2000 drawing (or of another version) whose layers say more than the host knows.
 std::unique_ptr<db::Database> drawing(const std::string& version = "AC1015") {
-  std::vector<dxf::Finding> findings;
-  const std::string text = test::groupsFrom("0 SECTION\n2 HEADER\n9 $ACADVER\n1 " + version + R"(
-    9 $CLAYER
-    8 0
-    9 $HANDLING
-    70 0
+  return drawingFrom("0 SECTION | 2 HEADER | 9 $ACADVER | 1 " + version + R"(
+    9 $CLAYER | 8 0
+    9 $HANDLING | 70 0
     0 ENDSEC
-    0 SECTION
-    2 TABLES
-    0 TABLE
-    2 LTYPE
-    5 5
-    0 LTYPE
-    5 6
-    2 Dashed
+    0 SECTION | 2 TABLES
+    0 TABLE | 2 LTYPE | 5 5
+    0 LTYPE | 5 6 | 2 Dashed
     0 ENDTAB
-    0 TABLE
-    2 LAYER
-    5 2
-    70 3
-    0 LAYER
-    5 10
-    2 0
-    70 0
-    62      7
-    6 CONTINUOUS
-    390 F
-    347 E
-    0 LAYER
-    5 11
-    102 {APP
-    62 1
-    102 }
-    2 Walls
-    70 64
-    62      30
-    420 16711680
-    430 BOOK$Red
-    6 CONTINUOUS
-    290 0
-    1001 APP
-    1070 62
-    0 LAYER
-    5 12
-    2 Roof
-    70 65
+    0 TABLE | 2 LAYER | 5 2 | 70 3
+    0 LAYER | 5 10 | 2 0 | 70 0 | 62      7 | 6 CONTINUOUS | 390 F | 347 E
+    0 LAYER | 5 11 | 102 {APP | 62 1 | 102 } | 2 Walls | 70 64 | 62      30 | 420 16711680 | 430 BOOK$Red
+      6 CONTINUOUS | 290 0
+      1001 APP | 1070 62
+    0 LAYER | 5 12 | 2 Roof | 70 65
     0 ENDTAB
     0 ENDSEC
-    0 SECTION
-    2 ENTITIES
+    0 SECTION | 2 ENTITIES
     0 ENDSEC
     0 EOF)");
-  auto opened = db::Database::fromBytes(text, "layers", dxf::DamagePolicy::refuse, findings);
-  return opened ? std::move(*opened) : nullptr;
 }
 
 TEST(LayerCommand, changesOnlyWhatItSays) {
-  const struct {
-    const char* script;
-    std::vector<std::string> changes;
-  } rows[] = {
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
       {"off walls", {"-62      30", "+62    -30"}},
       {"off w* on WALLS", {}},
       {"c green Walls", {"-62      30", "-420 16711680", "-430 BOOK$Red", "+62      3"}},
       {"c 9 Roof", {"+62      9"}},
+      {"lo roof u roof", {}},
       {"off Roof", {"+62     -7"}},
       {"t * lo walls", {"-70 64", "+70     68", "-70 65", "+70     64"}},
       {"f walls,roof", {"-70 64", "+70     65"}},
@@ -92,20 +56,24 @@ TEST(LayerCommand, changesOnlyWhatItSays) {
        {"-70 3", "+70      4", "+0 LAYER", "+5 13", "+330 2", "+100 AcDbSymbolTableRecord", "+100 AcDbLayerTableRecord",
         "+2 Door", "+70      0", "+62      7", "+6 Continuous", "+370     -3", "+390 F", "+347 E"}},
   };
-  for (const auto& row : rows) {
+  for (const auto& [script, changes] : rows) {
     TestEditor test;
     test.editor.setDatabase(drawing());
     const std::string before = test.editor.database().file().toBytes();
-    EXPECT_EQ(test.run(std::string("-LAYER ") + row.script + " \"\""), Fault::none) << row.script;
-    EXPECT_EQ(test::difference(before, test.editor.database().file().toBytes()), row.changes) << row.script;
+    EXPECT_EQ(test.run(std::string("-LAYER ") + script + " \"\""), Fault::none) << script;
+    EXPECT_EQ(test::difference(before, test.editor.database().file().toBytes()), changes) << script;
   }
+  TestEditor test;
+  test.editor.setDatabase(drawing("AC1018"));
+  const std::string before = test.editor.database().file().toBytes();
+  EXPECT_EQ(test.run("LAYER c 0,255,0 Roof \"\""), Fault::none);
+  EXPECT_THAT(test::difference(before, test.editor.database().file().toBytes()),
+              ElementsAre("+62      3", "+420     65280"));
+  EXPECT_EQ(db::readLayers(test.editor.database()).at(2).color, KdCmColor::trueColor(0x00FF00));
 }
 
 TEST(LayerCommand, namesWhatItCannotDo) {
-  const struct {
-    const char* script;
-    const char* fault;
-  } rows[] = {
+  const std::pair<const char*, const char*> rows[] = {
       {"off gate,x*", "there is no layer \"gate\""},
       {"set gate", "there is no layer \"gate\""},
       {"set roof", "the layer \"Roof\" is frozen and cannot be current"},
@@ -117,13 +85,13 @@ TEST(LayerCommand, namesWhatItCannotDo) {
       {"new a/b", "\"a/b\" cannot be the name of a layer"},
       {"make \"a*\"", "\"a*\" cannot be the name of a layer"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [script, fault] : rows) {
     TestEditor test;
     test.editor.setDatabase(drawing());
-    EXPECT_EQ(test.run(std::string("LAYER ") + row.script + " \"\""), Fault::script) << row.script;
-    ASSERT_FALSE(test.faults.empty()) << row.script;
-    EXPECT_THAT(test.faults.front(), HasSubstr(row.fault)) << row.script;
-    EXPECT_FALSE(test.editor.database().file().isModified()) << row.script;
+    EXPECT_EQ(test.run(std::string("LAYER ") + script + " \"\""), Fault::script) << script;
+    ASSERT_FALSE(test.faults.empty()) << script;
+    EXPECT_THAT(test.faults.front(), HasSubstr(fault)) << script;
+    EXPECT_FALSE(test.editor.database().file().isModified()) << script;
   }
 }
 

@@ -39,20 +39,24 @@ std::size_t holdsOf(const std::string& path) {
   return count;
 }
 
-TEST(Opening, TellsHowFarItIsAndIsCancelledAtEachPlace) {
+class Opening : public testing::Test {
+ protected:
   const TemporaryFolder folder;
-  struct Case {
+  const std::string path = folder.write("text.dxf", dxf::test::textForm(manyLines()));
+};
+
+TEST_F(Opening, TellsHowFarItIsAndIsCancelledAtEachPlace) {
+  const auto groups = manyLines();
+  const struct {
     const char* name;
     std::string path;
     bool isWriterAround;  // no lease can be had then, and the file is read in
-  };
-  const auto groups = manyLines();
-  const Case cases[] = {
-      {"mapped text", folder.write("text.dxf", dxf::test::textForm(groups)), false},
+  } cases[] = {
+      {"mapped text", path, false},
       {"text read in", folder.write("read.dxf", dxf::test::textForm(groups)), true},
       {"binary", folder.write("binary.dxf", dxf::test::binaryForm(groups, dxf::BinaryCodes::twoBytes)), false},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     const int writer = c.isWriterAround ? ::open(c.path.c_str(), O_WRONLY | O_CLOEXEC) : -1;
     const std::size_t holdsBefore = holdsOf(c.path);
@@ -79,22 +83,17 @@ TEST(Opening, TellsHowFarItIsAndIsCancelledAtEachPlace) {
   }
 }
 
-TEST(Opening, FindingsOfACancelledDrawingAreNotKept) {
-  const auto groups = manyLines();
-  const std::string text = "999\ncut\n" + dxf::test::textForm(groups).substr(0, 3 << 20);
+TEST_F(Opening, FindingsOfACancelledDrawingAreNotKept) {
+  const std::string cut = folder.write("cut.dxf", "999\ncut\n" + folder.read("text.dxf").substr(0, 3 << 20));
   std::vector<dxf::Finding> findings = {{dxf::FindingCode::badHandle, 1, "former"}};
-  TemporaryFolder folder;
-  const std::string path = folder.write("cut.dxf", text);
   Watch watch([&](double share) { share < 1 ? void() : watch.cancel(); });
-  EXPECT_FALSE(dxf::DrawingFile::open(path, dxf::DamagePolicy::recover, findings, watch));
+  EXPECT_FALSE(dxf::DrawingFile::open(cut, dxf::DamagePolicy::recover, findings, watch));
   EXPECT_EQ(findings.size(), 1u);
-  EXPECT_TRUE(dxf::DrawingFile::open(path, dxf::DamagePolicy::recover, findings));
+  EXPECT_TRUE(dxf::DrawingFile::open(cut, dxf::DamagePolicy::recover, findings));
   EXPECT_GT(findings.size(), 1u);
 }
 
-TEST(Opening, AnotherThreadSeesTheShareAndCancels) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("text.dxf", dxf::test::textForm(manyLines()));
+TEST_F(Opening, AnotherThreadSeesTheShareAndCancels) {
   std::promise<void> isUnderWay, isCancelled;
   Watch watch([&, isFirst = true](double share) mutable {
     if (share == 0 || !std::exchange(isFirst, false)) return;
@@ -113,9 +112,7 @@ TEST(Opening, AnotherThreadSeesTheShareAndCancels) {
   EXPECT_EQ(opened.error().code, ErrorCode::cancelled);
 }
 
-TEST(Opening, AThreadThatIsNotWaitedForIsCancelled) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("text.dxf", dxf::test::textForm(manyLines()));
+TEST_F(Opening, AThreadThatIsNotWaitedForIsCancelled) {
   std::atomic<int> doneCount = 0;
   {
     const OpeningThread opening({path}, [&] { ++doneCount; });
@@ -124,9 +121,7 @@ TEST(Opening, AThreadThatIsNotWaitedForIsCancelled) {
   EXPECT_EQ(holdsOf(path), 0u);
 }
 
-TEST(Opening, TheEditorTakesWhatAThreadHasPrepared) {
-  const TemporaryFolder folder;
-  const std::string path = folder.write("text.dxf", dxf::test::textForm(manyLines()));
+TEST_F(Opening, TheEditorTakesWhatAThreadHasPrepared) {
   TestEditor test;
   const view::Picker* prepared = nullptr;
   test.editor.setOpener([&](const OpeningRequest& request) {
@@ -161,8 +156,7 @@ TEST(Opening, TheEditorTakesWhatAThreadHasPrepared) {
   EXPECT_TRUE(test.output.ends_with(L"*Cancel*\n")) << utf8FromWide(test.output);
 }
 
-TEST(Opening, ACopyIsOpenedAsItsOriginal) {
-  const TemporaryFolder folder;
+TEST_F(Opening, ACopyIsOpenedAsItsOriginal) {
   const std::string original = folder.write("plan.dxf", dxf::test::textForm(dxf::test::sampleGroups()));
   const auto identity = dxf::identityOf(original);
   ASSERT_TRUE(identity);

@@ -8,19 +8,16 @@ namespace {
 constexpr PointContext kContext{{10, 20, 5}, 7};
 
 TEST(PointText, readsPoints) {
-  const struct {
-    const wchar_t* text;
-    KdGePoint3d point;
-  } rows[] = {
+  const std::pair<const wchar_t*, KdGePoint3d> rows[] = {
       {L"1,2", {1, 2, 7}},     {L"1,2,3", {1, 2, 3}},    {L"-1.5e2,+.25", {-150, 0.25, 7}},
       {L"@", {10, 20, 5}},     {L"@1,2", {11, 22, 5}},   {L"@1,2,3", {11, 22, 8}},
       {L"@5<90", {10, 25, 5}}, {L"@2<-180", {8, 20, 5}}, {L"10<0", {10, 0, 7}},
       {L"2<450", {0, 2, 7}},   {L"-2<0", {-2, 0, 7}},
   };
-  for (const auto& row : rows) {
-    const auto point = parsePoint(row.text, kContext);
-    ASSERT_TRUE(point) << testing::PrintToString(row.text);
-    EXPECT_LT(point->distanceTo(row.point), 1e-13) << testing::PrintToString(row.text);
+  for (const auto& [text, expected] : rows) {
+    const auto point = parsePoint(text, kContext);
+    ASSERT_TRUE(point) << testing::PrintToString(text);
+    EXPECT_LT(point->distanceTo(expected), 1e-13) << testing::PrintToString(text);
   }
 }
 

@@ -3,7 +3,6 @@
 
 #include "command/selection.h"
 #include "command/selection_summary.h"
-#include "db/layers.h"
 #include "support/drawing_text.h"
 #include "test_editor.h"
 
@@ -17,82 +16,36 @@ using testing::IsEmpty;
 /// Two lines, an old polyline with vertices on its layer and on another, and two multilines, the second on a locked layer.
 std::unique_ptr<db::Database> drawing(const std::string& version) {
   const auto mline = [](const std::string& handle, const std::string& layer, const std::string& flags) {
-    const auto vertex = [](const char* x, const char* y, const char* axis, const char* miter) {
-      return std::string("11 ") + x + "\n21 " + y + "\n12 " + axis + "\n13 " + miter +
-             "\n74 4\n41 0.5\n41 0\n41 2\n41 5\n75 0\n74 2\n41 -0.5\n41 0\n75 0\n";
+    const auto vertex = [](const std::string& place) {
+      return "\n" + place + " | 74 4 | 41 0.5 | 41 0 | 41 2 | 41 5 | 75 0 | 74 2 | 41 -0.5 | 41 0 | 75 0";
     };
-    return "0 MLINE\n5 " + handle + "\n100 AcDbEntity\n8 " + layer + "\n100 AcDbMline\n2 STANDARD\n40 20\n70 1\n71 " +
-           flags + "\n72 3\n73 2\n" + vertex("0", "0", "1\n22 0", "0\n23 1") + vertex("10", "0", "0\n22 1", "-1\n23 1") +
-           vertex("10", "10", "0\n22 1", "-1\n23 0");
+    return "0 MLINE | 5 " + handle + " | 100 AcDbEntity | 8 " + layer +
+           " | 100 AcDbMline | 2 STANDARD | 40 20 | 70 1 | 71 " + flags + " | 72 3 | 73 2" +
+           vertex("11 0 | 21 0 | 12 1 | 22 0 | 13 0 | 23 1") + vertex("11 10 | 21 0 | 12 0 | 22 1 | 13 -1 | 23 1") +
+           vertex("11 10 | 21 10 | 12 0 | 22 1 | 13 -1 | 23 0") + "\n";
   };
-  const std::string text = test::groupsFrom("0 SECTION\n2 HEADER\n9 $ACADVER\n1 " + version + R"(
+  return drawingFrom("0 SECTION | 2 HEADER | 9 $ACADVER | 1 " + version + R"(
     0 ENDSEC
-    0 SECTION
-    2 TABLES
-    0 TABLE
-    2 LTYPE
-    0 LTYPE
-    2 Dashed
+    0 SECTION | 2 TABLES
+    0 TABLE | 2 LTYPE
+    0 LTYPE | 2 Dashed
     0 ENDTAB
-    0 TABLE
-    2 LAYER
-    0 LAYER
-    2 0
-    0 LAYER
-    2 Walls
-    62 3
-    0 LAYER
-    2 Fixed
-    70 4
+    0 TABLE | 2 LAYER
+    0 LAYER | 2 0
+    0 LAYER | 2 Walls | 62 3
+    0 LAYER | 2 Fixed | 70 4
     0 ENDTAB
     0 ENDSEC
-    0 SECTION
-    2 ENTITIES
-    0 LINE
-    5 A1
-    100 AcDbEntity
-    8 0
-    62   1
-    370 25
-    100 AcDbLine
-    10 0
-    20 50
-    11 9
-    21 50
-    0 LINE
-    5 A2
-    100 AcDbEntity
-    8 0
-    6 dashed
-    420 16711680
-    62   1
-    100 AcDbLine
-    10 0
-    20 60
-    11 9
-    21 60
-    0 POLYLINE
-    5 A3
-    8 0
-    66 1
-    0 VERTEX
-    5 A4
-    8 0
-    10 0
-    20 70
-    0 VERTEX
-    5 A5
-    8 WALLS
-    10 9
-    20 70
-    0 SEQEND
-    5 A6
-    8 0
-)" + mline("A7", "0", "1") + mline("A8", "Fixed", "3") +
-                                            "0 ENDSEC\n0 EOF");
-  std::vector<dxf::Finding> findings;
-  auto opened = db::Database::fromBytes(text, "properties", dxf::DamagePolicy::recover, findings);
-  return opened ? std::move(*opened) : nullptr;
+    0 SECTION | 2 ENTITIES
+    0 LINE | 5 A1 | 100 AcDbEntity | 8 0 | 62   1 | 370 25 | 100 AcDbLine | 10 0 | 20 50 | 11 9 | 21 50
+    0 LINE | 5 A2 | 100 AcDbEntity | 8 0 | 6 dashed | 420 16711680 | 62   1
+      100 AcDbLine | 10 0 | 20 60 | 11 9 | 21 60
+    0 POLYLINE | 5 A3 | 8 0 | 66 1
+    0 VERTEX | 5 A4 | 8 0 | 10 0 | 20 70
+    0 VERTEX | 5 A5 | 8 WALLS | 10 9 | 20 70
+    0 SEQEND | 5 A6 | 8 0
+  )" + mline("A7", "0", "1") +
+                     mline("A8", "Fixed", "3") + "0 ENDSEC\n0 EOF");
 }
 
 class PropertiesTest : public testing::Test {
@@ -114,10 +67,7 @@ using Summary = PropertiesTest;
 using PickFirst = PropertiesTest;
 
 TEST_F(Chprop, WritesTheGroupsThatChangeAndNoOthers) {
-  const struct {
-    const char* answers;
-    std::vector<std::string> changes;
-  } rows[] = {
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
       {"#A1:0,0 \"\" C red", {}},
       {"#A1:0,0 \"\" C 30", {"-62   1", "+62     30"}},
       {"#A1:0,0 \"\" C BYBLOCK c bylayer", {"-62   1", "+62    256"}},
@@ -134,13 +84,13 @@ TEST_F(Chprop, WritesTheGroupsThatChangeAndNoOthers) {
       {"#A1:0,0 \"\" C 3 ^C", {}},
       {"#A1:0,0 \"\" C 3 LA ^C", {}},
   };
-  for (const auto& row : rows) {
+  for (const auto& [answers, expected] : rows) {
     open();
-    test.run(std::string("CHPROP ") + row.answers + " \"\"");
-    EXPECT_EQ(changes(), row.changes) << row.answers;
+    test.run(std::string("CHPROP ") + answers + " \"\"");
+    EXPECT_EQ(changes(), expected) << answers;
     test.run("U");
-    EXPECT_THAT(changes(), IsEmpty()) << row.answers;
-    EXPECT_EQ(test.faults.size(), row.answers[0] == 'A' ? 1u : 0u) << row.answers << ": the locked layer";
+    EXPECT_THAT(changes(), IsEmpty()) << answers;
+    EXPECT_EQ(test.faults.size(), answers[0] == 'A' ? 1u : 0u) << answers << ": the locked layer";
   }
 }
 
@@ -214,28 +164,6 @@ TEST_F(Summary, TellsWhatIsCommonAndMeasuresMultilines) {
   EXPECT_FALSE(summaryOf(test.editor.database(), {}).layer);
 }
 
-TEST_F(Summary, DrawnLengthsAreThoseOfTheLinesThatExplodeMakes) {
-  open();
-  const std::vector<double> drawn = summaryOf(test.editor.database(), {at(0xA7)}).mlines.drawnLengths;
-  ASSERT_EQ(drawn.size(), 2u);
-  test.run("EXPLODE #A7:0,0 \"\"");
-  double sum = 0;
-  std::size_t lines = 0;
-  test.editor.database().forEachEntity([&](dxf::RecordId entity) {
-    const dxf::DrawingFile& file = test.editor.database().file();
-    if (file.type(entity) != dxf::RecordType::line || file.handle(entity) <= 0xA8) return;
-    double from[2] = {}, to[2] = {};
-    for (const dxf::Group& group : file.groups(entity)) {
-      if (group.code == 10 || group.code == 20) from[group.code / 10 - 1] = group.realOr(0);
-      if (group.code == 11 || group.code == 21) to[group.code / 10 - 1] = group.realOr(0);
-    }
-    sum += std::hypot(to[0] - from[0], to[1] - from[1]);
-    ++lines;
-  });
-  EXPECT_EQ(lines, 6u);
-  EXPECT_DOUBLE_EQ(sum, drawn[0] + drawn[1]);
-}
-
 TEST_F(PickFirst, IsTakenWithoutAQuestion) {
   open();
   test.editor.setPickedFirst({at(0xA8), at(0xA2), at(0xA1), at(0xA2)});
@@ -289,34 +217,9 @@ TEST_F(PickFirst, FollowsClicksAndWindows) {
 
 TEST(OrthoPoint, FollowsTheLongerWay) {
   const KdGePoint3d base{1, 2, 5};
-  const struct {
-    KdGePoint3d cursor, expected;
-  } rows[] = {
+  const std::pair<KdGePoint3d, KdGePoint3d> rows[] = {
       {{9, 4, 0}, {9, 2, 5}}, {{-7, 9, 0}, {-7, 2, 5}}, {{3, -9, 0}, {1, -9, 5}}, {{4, 5, 0}, {4, 2, 5}}, {base, base}};
-  for (const auto& row : rows) EXPECT_EQ(orthoPoint(base, row.cursor).distanceTo(row.expected), 0) << row.cursor.x;
-}
-
-TEST_F(PropertiesTest, LayersAreListedAndChangedInOneLineEach) {
-  open();
-  const auto states = [&] {
-    std::wstring text;
-    for (const db::LayerData& layer : db::readLayers(test.editor.database())) {
-      text += layer.name + L":" + (layer.isOff ? L"o" : L"") + (layer.isFrozen ? L"f" : L"") +
-              (layer.isLocked ? L"l" : L"") + std::to_wstring(layer.color.colorIndex()) + L" ";
-    }
-    return text;
-  };
-  EXPECT_EQ(states(), L"0:7 Walls:3 Fixed:l7 ");
-  for (const char* line : {"OFF Walls", "F Fixed", "LO Walls", "U Fixed", "C 9 Walls", "N \"two words\"", "OFF 0 Y"}) {
-    EXPECT_EQ(test.run(std::string("LAYER ") + line + " \"\""), Fault::none) << line;
-  }
-  EXPECT_EQ(states(), L"0:o7 Walls:ol9 Fixed:f7 two words:7 ");
-  for (const char* line : {"ON 0,Walls", "T Fixed", "U Walls", "S \"two words\"", "C 0,255,0 Fixed"}) {
-    EXPECT_EQ(test.run(std::string("LAYER ") + line + " \"\""), Fault::none) << line;
-  }
-  EXPECT_EQ(states(), L"0:7 Walls:9 Fixed:3 two words:7 ");
-  EXPECT_EQ(std::get<std::wstring>(*test.editor.variable(L"CLAYER")), L"two words");
-  EXPECT_EQ(test.run("LAYER C BYLAYER \"\""), Fault::script);
+  for (const auto& [cursor, expected] : rows) EXPECT_EQ(orthoPoint(base, cursor).distanceTo(expected), 0) << cursor.x;
 }
 
 }  // namespace

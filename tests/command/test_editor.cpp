@@ -2,28 +2,42 @@
 
 #include <stdexcept>
 
+#include "support/drawing_text.h"
+
 namespace torva::command {
 
 namespace {
 
-constexpr const char* kDrawing =
-    "0\nSECTION\n2\nHEADER\n9\n$UCSORG\n10\n0.0\n20\n0.0\n30\n0.0\n0\nENDSEC\n"
-    "0\nSECTION\n2\nENTITIES\n"
-    "0\nMLINE\n5\n2F\n8\n0\n100\nAcDbMline\n2\nSTANDARD\n40\n1.0\n70\n1\n71\n1\n72\n2\n73\n1\n10\n0.0\n20\n0.0\n30\n0.0\n"
-    "210\n0.0\n220\n0.0\n230\n1.0\n"
-    "11\n0.0\n21\n0.0\n31\n0.0\n12\n1.0\n22\n0.0\n32\n0.0\n13\n0.0\n23\n1.0\n33\n0.0\n74\n2\n41\n0.0\n41\n0.0\n75\n0\n"
-    "11\n10.0\n21\n0.0\n31\n0.0\n12\n1.0\n22\n0.0\n32\n0.0\n13\n0.0\n23\n1.0\n33\n0.0\n74\n2\n41\n0.0\n41\n0.0\n75\n0\n"
-    "0\nLINE\n5\n30\n8\n0\n10\n0.0\n20\n5.0\n30\n0.0\n11\n10.0\n21\n5.0\n31\n0.0\n"
-    "0\nENDSEC\n0\nEOF\n";
+constexpr std::string_view kDrawing = R"(
+  0 SECTION | 2 HEADER
+  9 $UCSORG | 10 0.0 | 20 0.0 | 30 0.0
+  0 ENDSEC
+  0 SECTION | 2 ENTITIES
+  0 MLINE | 5 2F | 8 0 | 100 AcDbMline | 2 STANDARD | 40 1.0 | 70 1 | 71 1 | 72 2 | 73 1
+    10 0.0 | 20 0.0 | 30 0.0 | 210 0.0 | 220 0.0 | 230 1.0
+    11 0.0 | 21 0.0 | 31 0.0 | 12 1.0 | 22 0.0 | 32 0.0 | 13 0.0 | 23 1.0 | 33 0.0
+    74 2 | 41 0.0 | 41 0.0 | 75 0
+    11 10.0 | 21 0.0 | 31 0.0 | 12 1.0 | 22 0.0 | 32 0.0 | 13 0.0 | 23 1.0 | 33 0.0
+    74 2 | 41 0.0 | 41 0.0 | 75 0
+  0 LINE | 5 30 | 8 0 | 10 0.0 | 20 5.0 | 30 0.0 | 11 10.0 | 21 5.0 | 31 0.0
+  0 ENDSEC
+  0 EOF
+)";
 
-std::unique_ptr<db::Database> drawing() {
+}  // namespace
+
+std::unique_ptr<db::Database> drawingFrom(std::string_view shortForm) {
   std::vector<dxf::Finding> findings;
-  auto opened = db::Database::fromBytes(kDrawing, "test", dxf::DamagePolicy::refuse, findings);
+  auto opened = db::Database::fromBytes(test::groupsFrom(shortForm), "test", dxf::DamagePolicy::refuse, findings);
   if (!opened) throw std::runtime_error(opened.error().message());
   return std::move(*opened);
 }
 
-}  // namespace
+std::vector<dxf::Handle> handlesIn(const db::Database& database) {
+  std::vector<dxf::Handle> handles;
+  database.forEachModelSpaceEntity([&](dxf::RecordId entity) { handles.push_back(database.file().handle(entity)); });
+  return handles;
+}
 
 TestEditor::TestEditor()
     : editor(
@@ -31,7 +45,7 @@ TestEditor::TestEditor()
           [this](const std::string& fault) { faults.push_back(fault); }) {
   registerBuiltInCommands(commands, editor);
   commands.add({L"TEST", L"ASK", L"ASK", 0, [this] { ask(editor); }});
-  editor.setDatabase(drawing());
+  editor.setDatabase(drawingFrom(kDrawing));
 }
 
 Fault TestEditor::run(const std::string& script, OnFault onFault) {

@@ -10,6 +10,12 @@
 
 namespace torva::command {
 
+/// A drawing from the short form of test::groupsFrom().
+std::unique_ptr<db::Database> drawingFrom(std::string_view shortForm);
+
+/// The entities of model space that are there, in drawing order.
+std::vector<dxf::Handle> handlesIn(const db::Database& database);
+
 /// A command line whose output and faults are kept, on a drawing with a multiline (handle 2F, along x from 0,0 to 10,0) and
 /// a line (30, from 0,5 to 10,5).
 class TestEditor {
