@@ -8,12 +8,11 @@ namespace torva {
 namespace {
 
 TEST(Text, DecodesUtf8) {
-  struct Case {
+  const struct {
     const char* name;
     std::string bytes;
     std::wstring wide;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"ascii", "Wall 1", L"Wall 1"},
       {"two bytes", "\xC3\xA4", L"\u00E4"},
       {"three bytes", "\xE4\xB8\xAD", L"\u4E2D"},
@@ -25,7 +24,7 @@ TEST(Text, DecodesUtf8) {
       {"encoded surrogate", "\xED\xB2\x80", L"\xDCED\xDCB2\xDC80"},
       {"above the last character", "\xF4\x90\x80\x80", L"\xDCF4\xDC90\xDC80\xDC80"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(wideFromUtf8(c.bytes), c.wide) << c.name;
     EXPECT_EQ(utf8FromWide(c.wide), c.bytes) << c.name;
     EXPECT_EQ(isUtf8(c.bytes), c.wide.find_first_of(L"\xDC80\xDCC0\xDCE4\xDCED\xDCF4") == std::wstring::npos) << c.name;
@@ -54,13 +53,6 @@ TEST(Text, ComparesIgnoringCaseWhateverTheLocale) {
   EXPECT_FALSE(equalsIgnoringCase(L"a", L"b"));
   EXPECT_TRUE(equalsIgnoringCase("ansi_1252", "ANSI_1252"));
   EXPECT_FALSE(equalsIgnoringCase("[", "{"));
-}
-
-TEST(Text, TrimsBothEnds) {
-  EXPECT_EQ(trimmed(L" \t a b \r\n"), L"a b");
-  EXPECT_EQ(trimmed(L"   "), L"");
-  EXPECT_EQ(withoutBlanks("\t LINE "), "LINE");
-  EXPECT_EQ(withoutBlanks("  "), "");
 }
 
 }  // namespace

@@ -22,13 +22,12 @@ TEST(Transform, AppliesTheInnerMapFirst) {
 }
 
 TEST(Transform, FollowsTheArbitraryAxisRule) {
-  struct Case {
+  const double r = std::sqrt(0.5);
+  const struct {
     const char* name;
     KdGeVector3d extrusion;
     KdGePoint3d local, world;
-  };
-  const double r = std::sqrt(0.5);
-  const Case cases[] = {
+  } cases[] = {
       {"up", {0, 0, 1}, {1, 2, 3}, {1, 2, 3}},
       {"up, not of length 1", {0, 0, 7}, {1, 2, 3}, {1, 2, 3}},
       {"down mirrors x", {0, 0, -1}, {1, 2, 3}, {-1, 2, -3}},
@@ -38,7 +37,7 @@ TEST(Transform, FollowsTheArbitraryAxisRule) {
       {"zero counts as up", {0, 0, 0}, {1, 2, 3}, {1, 2, 3}},
       {"no number counts as up", {kNaN, 0, 1}, {1, 2, 3}, {1, 2, 3}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     expectNear(Transform::fromExtrusion(c.extrusion)(c.local), c.world);
   }

@@ -80,12 +80,11 @@ TEST_F(ModulesTest, LoadingAModuleAgainChangesNothing) {
 }
 
 TEST_F(ModulesTest, WhatIsNoModuleOrRefusesIsReportedAndLeavesNothing) {
-  struct Case {
+  const struct {
     const char* module;
     ErrorCode code;
     const char* text;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"missing", ErrorCode::fileNotFound, "missing.kdrx"},
       {"exportsnothing", ErrorCode::libraryNotLoadable, "DllMain"},
       {"nodllmain", ErrorCode::libraryNotLoadable, "DllMain"},
@@ -95,7 +94,7 @@ TEST_F(ModulesTest, WhatIsNoModuleOrRefusesIsReportedAndLeavesNothing) {
       {"refusestostart", ErrorCode::moduleRefused, "result 3"},
       {"throwsonstart", ErrorCode::moduleRefused, "cannot start today"},
   };
-  for (const Case& each : cases) {
+  for (const auto& each : cases) {
     SCOPED_TRACE(each.module);
     options.modules.clear();
     const auto started = start({each.module});
@@ -204,18 +203,6 @@ TEST_F(ModulesTest, TheRegistryBelongsToTheHost) {
   EXPECT_EQ(removed.get(), first);
   EXPECT_FALSE(kdrxServiceIsRegistered(L"One"));
   EXPECT_EQ(services->remove(L"One"), nullptr);
-}
-
-TEST_F(ModulesTest, TheProfileKeepsVariablesForTheNextRun) {
-  ASSERT_TRUE(start({}));
-  host.reset();
-  EXPECT_FALSE(std::filesystem::exists(options.profileFolder)) << "a run that set nothing left a profile";
-  ASSERT_TRUE(start({}));
-  EXPECT_EQ(run("SETVAR PICKBOX 17\n"), command::Fault::none);
-  ASSERT_TRUE(start({}));
-  printed.clear();
-  EXPECT_EQ(run("PICKBOX\n\n"), command::Fault::none);
-  EXPECT_THAT(printed, HasSubstr(L"17"));
 }
 
 TEST_F(ModulesTest, AProfileThatCannotBeWrittenIsAWarning) {

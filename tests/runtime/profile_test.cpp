@@ -8,8 +8,12 @@
 namespace torva::runtime {
 namespace {
 
-TEST(Profile, GivesBackInTheNextRunWhatWasKept) {
+class ProfileTest : public testing::Test {
+ protected:
   const TemporaryFolder folder;
+};
+
+TEST_F(ProfileTest, GivesBackInTheNextRunWhatWasKept) {
   const std::wstring odd = L" a=b;\\n\\ \r\n[x]\tübergröße \U0001F600 ";
   {
     Profile profile(folder.path("new/deep"));
@@ -28,8 +32,7 @@ TEST(Profile, GivesBackInTheNextRunWhatWasKept) {
   EXPECT_EQ(folder.fileCount(), 1u) << "something besides the profile was left behind";
 }
 
-TEST(Profile, LeavesNoFileWhenNothingChanged) {
-  const TemporaryFolder folder;
+TEST_F(ProfileTest, LeavesNoFileWhenNothingChanged) {
   {
     Profile profile(folder.path("none"));
     ASSERT_TRUE(profile.save());
@@ -43,8 +46,7 @@ TEST(Profile, LeavesNoFileWhenNothingChanged) {
   EXPECT_EQ(folder.read("profile.ini"), "# mine\n[A]\nx=1\n");
 }
 
-TEST(Profile, KeepsWhatAnotherProgramWroteMeanwhile) {
-  const TemporaryFolder folder;
+TEST_F(ProfileTest, KeepsWhatAnotherProgramWroteMeanwhile) {
   Profile first(folder.path()), second(folder.path());
   ASSERT_TRUE(first.setInteger("A", "both", 1));
   ASSERT_TRUE(first.setInteger("A", "first", 1));
@@ -58,13 +60,12 @@ TEST(Profile, KeepsWhatAnotherProgramWroteMeanwhile) {
   EXPECT_EQ(now.integer("B", "second"), 2);
 }
 
-TEST(Profile, ReadsFilesEditedByHand) {
-  struct Case {
+TEST_F(ProfileTest, ReadsFilesEditedByHand) {
+  const struct {
     const char* name;
     const char* content;
     std::optional<int> expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"CR LF and no end of line", "[S]\r\nk=7", 7},
       {"the last of several wins", "[S]\nk=1\n[T]\nk=2\n[S]\nk=3\n", 3},
       {"comment", "[S]\n#k=1\n", std::nullopt},
@@ -74,16 +75,13 @@ TEST(Profile, ReadsFilesEditedByHand) {
       {"outside 32 bits", "[S]\nk=2147483648\n", std::nullopt},
       {"bytes that are no text", "\xff\xfe\x00[S]\nk=1\n\\", std::nullopt},
   };
-  for (const Case& each : cases) {
-    SCOPED_TRACE(each.name);
-    const TemporaryFolder folder;
+  for (const auto& each : cases) {
     folder.write("profile.ini", each.content);
-    EXPECT_EQ(Profile(folder.path()).integer("S", "k"), each.expected);
+    EXPECT_EQ(Profile(folder.path()).integer("S", "k"), each.expected) << each.name;
   }
 }
 
-TEST(Profile, SaysSoWhenItCannotBeWrittenAndLeavesNothing) {
-  const TemporaryFolder folder;
+TEST_F(ProfileTest, SaysSoWhenItCannotBeWrittenAndLeavesNothing) {
   folder.write("file", "no folder");
   Profile profile(folder.path("file/profile"));
   ASSERT_TRUE(profile.setInteger("A", "x", 1));
@@ -99,8 +97,7 @@ TEST(Profile, SaysSoWhenItCannotBeWrittenAndLeavesNothing) {
   EXPECT_EQ(folder.fileCount(), 1u) << "a half-written profile was left behind";
 }
 
-TEST(Profile, RefusesNamesThatTheFileCannotHold) {
-  const TemporaryFolder folder;
+TEST_F(ProfileTest, RefusesNamesThatTheFileCannotHold) {
   Profile profile(folder.path());
   for (const char* name : {"", "a=b", "[a", "a]", "a\nb", " a", "a ", "#a"}) {
     SCOPED_TRACE(name);
@@ -109,8 +106,7 @@ TEST(Profile, RefusesNamesThatTheFileCannotHold) {
   }
 }
 
-TEST(ProfileVariables, KeepWhatChangedAndPassOverWhatDoesNotFit) {
-  const TemporaryFolder folder;
+TEST_F(ProfileTest, VariablesKeepWhatChangedAndPassOverWhatDoesNotFit) {
   const auto pickbox = [](const db::SystemVariables& variables) { return std::get<int>(*variables.get(L"PICKBOX")); };
   db::SystemVariables first(nullptr);
   const auto before = first.profileValues();

@@ -142,12 +142,10 @@ TEST_F(RecoveryTest, ACopyOutlivesItsDrawingAndANewOneHasNoPath) {
 }
 
 TEST_F(RecoveryTest, ReadsWhatItFinds) {
-  struct Case {
+  const struct {
     const char* name;
-    std::optional<std::string> text, copy;
-    std::optional<std::string> original;  // nothing: not offered
-  };
-  const Case cases[] = {
+    std::optional<std::string> text, copy, original;  // no original: not offered
+  } cases[] = {
       {"whole", "kept 7\nfile 1 2 3 4 5\noriginal /a/b\nc.dxf", "x", "/a/b\nc.dxf"},
       {"new drawing", "kept 7\nfile 0 0 0 0 0\noriginal ", "x", ""},
       {"text cut short", "kept 7\nfile 1 2", "x", ""},
@@ -155,7 +153,7 @@ TEST_F(RecoveryTest, ReadsWhatItFinds) {
       {"no copy", "kept 7\nfile 1 2 3 4 5\noriginal /a", {}, {}},
       {"text not yet written", {}, "x", {}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     m_folder.write("state/recovery/1-0/lock", "");
     if (c.text) m_folder.write("state/recovery/1-0/original.txt", *c.text);

@@ -80,12 +80,11 @@ TEST(ResourceArchive, RefusesWhatItCannotRead) {
   writeArchive(folder.path("tabless.dll"), {{"texts.en.txt", "1\ta\n2 b\n"}});
   writeArchive(folder.path("large-number.dll"), {{"texts.en.txt", "4294967296\ta\n"}});
 
-  struct Case {
+  const struct {
     const char* file;
     ErrorCode code;
     std::size_t line;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"missing.dll", ErrorCode::fileNotFound, 0},  {"folder.dll", ErrorCode::fileNotFound, 0},
       {"empty.dll", ErrorCode::fileNotReadable, 0}, {"text.dll", ErrorCode::fileNotReadable, 0},
       {"cut.dll", ErrorCode::fileNotReadable, 0},   {"flipped.dll", ErrorCode::badText, 0},
@@ -93,7 +92,7 @@ TEST(ResourceArchive, RefusesWhatItCannotRead) {
       {"letters.dll", ErrorCode::badText, 3},       {"tabless.dll", ErrorCode::badText, 2},
       {"large-number.dll", ErrorCode::badText, 1},
   };
-  for (const Case& each : cases) {
+  for (const auto& each : cases) {
     SCOPED_TRACE(each.file);
     const auto archive = ResourceArchive::open(folder.path(each.file), {});
     ASSERT_FALSE(archive);
