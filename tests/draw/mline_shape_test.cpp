@@ -114,6 +114,7 @@ TEST(MlineElements, FollowTheirLists) {
       {"the last vertex of an open one draws nothing", straight({{{2, 0, 4}}}), {}},
       {"no vertex", straight({}), {}},
       {"whole and closed", square({{0, 0}, {0, 0}, {0, 0}, {0, 0}}), {"0: 1,1 9,1 9,9 1,9 closed"}},
+      {"closed, starting late", square({{0, 3}, {0, 0}, {0, 0}, {0, 0}}), {"0: 4,1 9,1 9,9 1,9 1,1"}},
       {"closed with a gap runs on to the first vertex",
        square({{0, 0}, {0, 0}, {0, 0}, {0, 0, 3, 5}}),
        {"0: 1,1 9,1 9,9 1,9 1,6", "0: 1,4 1,1"}},
