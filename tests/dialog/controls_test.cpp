@@ -1,9 +1,8 @@
 #include <map>
 
 #include "dialog/message_service.h"
-#include "runtime/host.h"
 #include "support/dialog_driver.h"
-#include "support/temporary_folder.h"
+#include "support/host_driver.h"
 
 #include <kdrx/app.h>
 #include <kdrx/ui.h>
@@ -267,12 +266,10 @@ TEST_F(DialogTest, ASizeIsTakenAsTheLogicWantsIt) {
   sample.DoModal();
 }
 
-TEST_F(DialogTest, PicturesAndIconsAreShown) {
-  TemporaryFolder folder;
-  torva::runtime::HostOptions options;
-  options.profileFolder = folder.path("profile");
-  options.programFolder = TORVA_BINARY_DIR "/bin";
-  const auto host = std::move(*torva::runtime::Host::create(options));
+class HostedDialogTest : public DialogTest, protected HostDriver {};
+
+TEST_F(HostedDialogTest, PicturesAndIconsAreShown) {
+  startHost();
   Sample sample;
   sample.UpdateData(false);
   EXPECT_FALSE(sample.SetIcon(L"TORVARes.dll", 4));

@@ -1,5 +1,5 @@
-#include "dialog/message_service.h"
 #include "support/dialog_driver.h"
+#include "support/message_answers.h"
 
 #include <kdrx/ui.h>
 
@@ -77,23 +77,14 @@ TEST_F(DialogTest, ADialogWhoseWidgetIsGoneDoesNothing) {
   sample.EndDialog(IDOK);
 }
 
-class Answers final : public torva::dialog::MessageService {
- public:
-  int show(QWidget*, const std::wstring& text, const std::wstring& title, unsigned type) override {
-    heard.push_back(title + L": " + text + L" " + std::to_wstring(type));
-    return IDNO;
-  }
-  void beep() override { heard.push_back(L"beep"); }
-  std::vector<std::wstring> heard;
-};
-
 TEST_F(DialogTest, MessagesGoToTheServiceThatAnswers) {
   Sample sample;
-  Answers answers;
+  MessageAnswers answers;
+  answers.answer = IDNO;
   EXPECT_EQ(sample.MessageBoxW(L"Sure?", L"Title", MB_YESNO | MB_ICONQUESTION), IDNO);
   MessageBeep();
   sample.MessageBoxW(L"Done.");
-  EXPECT_EQ(answers.heard, (std::vector<std::wstring>{L"Title: Sure? 36", L"beep", L"TORVA: Done. 0"}));
+  EXPECT_EQ(answers.heard, (std::vector<std::wstring>{L"Title|Sure?|36", L"beep", L"TORVA|Done.|0"}));
 }
 
 TEST_F(DialogTest, WithoutAServiceABoxAsksTheUser) {

@@ -1,6 +1,5 @@
-#include "runtime/host.h"
 #include "support/dialog_driver.h"
-#include "support/temporary_folder.h"
+#include "support/host_driver.h"
 #include "ui/DialogPosition.h"
 #include "ui/DlgItemResizer.h"
 #include "ui/EditLimited.h"
@@ -46,18 +45,9 @@ class Sample : public CDialog {
   std::vector<int> heard;
 };
 
-class UiTest : public DialogTest {
+class UiTest : public DialogTest, protected HostDriver {
  protected:
-  UiTest() {
-    torva::runtime::HostOptions options;
-    options.profileFolder = m_folder.path("profile");
-    options.programFolder = TORVA_BINARY_DIR "/bin";
-    m_host = std::move(*torva::runtime::Host::create(options));
-  }
-
- private:
-  TemporaryFolder m_folder;
-  std::unique_ptr<torva::runtime::Host> m_host;
+  UiTest() { startHost(); }
 };
 
 TEST_F(UiTest, HeadingsAreNamesAndWidths) {
