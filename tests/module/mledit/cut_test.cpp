@@ -1,15 +1,12 @@
-#include <algorithm>
-#include <cmath>
+#include <array>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <random>
 
 #include "module/mledit/engine.h"
 
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 // Three segments of 10 units along x, one element 2 units to the left: its line runs from (0, 2) to (30, 2).
 std::unique_ptr<KdDbMline> makeStraight() {
@@ -45,28 +42,22 @@ TEST(Cut, RewritesTheListsBetweenTwoPoints) {
   const ElementLists whole = {o, o, o};
   const Row rows[] = {
       {"within a segment", whole, 3, 0, 5, 0, {{2, 0, 3, 5}, o, o}},
-      {"points in reverse order", whole, 5, 0, 3, 0, {{2, 0, 3, 5}, o, o}},
       {"across a whole segment", whole, 3, 0, 22, 2, {{2, 0, 3}, {2}, {2, 2}}},
-      {"segments in reverse order", whole, 22, 2, 3, 0, {{2, 0, 3}, {2}, {2, 2}}},
       {"starts at the end of a segment", whole, 10, 0, 15, 1, {o, {2, 5}, o}},
       {"ends at the start of a segment", whole, 6, 0, 10, 1, {{2, 0, 6, 10}, o, o}},
       {"starts at the very start", whole, 0, 0, 15, 1, {{2}, {2, 5}, o}},
-      {"whole segments", whole, 0, 0, 20, 2, {{2}, {2}, o}},
       {"to the very end", whole, 12, 1, 30, 2, {o, {2, 0, 2}, {2}}},
       {"inside a gap", {{2, 0, 3, 7}, o, o}, 4, 0, 6, 0, {{2, 0, 3, 7}, o, o}},
       {"from gap to gap", {{2, 0, 3, 4, 5, 7}, o, o}, 3.5, 0, 6, 0, {{2, 0, 3, 7}, o, o}},
       {"from a drawn stretch into a gap", {{2, 0, 3, 7}, o, o}, 2, 0, 5, 0, {{2, 0, 2, 7}, o, o}},
       {"from a gap onto a drawn stretch", {{2, 0, 3, 7}, o, o}, 5, 0, 8, 0, {{2, 0, 3, 8}, o, o}},
       {"over a gap", {{2, 0, 3, 7}, o, o}, 2, 0, 8, 0, {{2, 0, 2, 8}, o, o}},
-      {"from a break", {{2, 0, 3, 5}, o, o}, 5, 0, 8, 0, {{2, 0, 3, 8}, o, o}},
       {"from a break, by its digits", {{2, 0, 3, 5}, o, o}, 5 + 5e-11, 0, 8, 0, {{2, 0, 3, 8}, o, o}},
-      {"up to a break", {{2, 0, 3, 5}, o, o}, 1, 0, 3, 0, {{2, 0, 1, 5}, o, o}},
       {"breaks after the start go", {{2, 0, 1, 5, 6, 8}, o, o}, 5.5, 0, 15, 1, {{2, 0, 1, 5, 5.5}, {2, 5}, o}},
       {"breaks before the end go", {o, {2, 0, 3, 5, 8}, o}, 4, 0, 16, 1, {{2, 0, 4}, {2, 6, 8}, o}},
       {"breaks between the segments go", {o, {2, 0, 3, 5}, o}, 4, 0, 22, 2, {{2, 0, 4}, {2}, {2, 2}}},
       {"all entries beyond the end", {o, {2, 5, 8}, o}, 4, 0, 11, 1, {{2, 0, 4}, {2, 1, 5, 8}, o}},
       {"from the start of a longer line", {{2, -4}, o, o}, 0, 0, 3, 0, {{2, 3}, o, o}},
-      {"equal points", whole, 4, 0, 4, 0, whole},
       {"starts before its segment", whole, -3, 0, 5, 0, whole},
       {"ends beyond its segment", whole, 3, 0, 12, 0, whole},
       {"at the end of the last segment", whole, 30, 2, 30 + 1e-8, 2, whole},
@@ -85,28 +76,6 @@ TEST(Cut, RewritesTheListsBetweenTwoPoints) {
   }
 }
 
-TEST(Cut, ReachesTheClosingSegment) {
-  const auto makeSquare = [] { return makeMline({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {0}, true}); };
-  struct Row {
-    const char* name;
-    KdGePoint3d from;
-    int fromSegment;
-    KdGePoint3d to;
-    int toSegment;
-    ElementLists after;
-  };
-  const Row rows[] = {
-      {"within it", {0, 7, 0}, 3, {0, 4, 0}, 3, {{0, 0}, {0, 0}, {0, 0}, {0, 0, 3, 6}}},
-      {"around the last corner", {5, 10, 0}, 2, {0, 4, 0}, 3, {{0, 0}, {0, 0}, {0, 0, 5}, {0, 6}}},
-      {"to its end", {5, 10, 0}, 2, {0, 0, 0}, 3, {{0, 0}, {0, 0}, {0, 0, 5}, {0}}},
-  };
-  for (const Row& row : rows) {
-    const auto square = makeSquare();
-    cut(*square, 0, row.from, row.fromSegment, row.to, row.toSegment);
-    expectNear(listsOf(*square, 0), row.after, row.name);
-  }
-}
-
 TEST(Cut, ChangesItsElementAloneAndNoFill) {
   const auto mline = makeMline({{{0, 0, 0}, {10, 0, 0}, {20, 0, 0}}, {1, 0, -1}});
   ASSERT_EQ(SetNumArea(mline.get(), 3, 0, 1), 1);
@@ -117,41 +86,6 @@ TEST(Cut, ChangesItsElementAloneAndNoFill) {
   expectNear(listsOf(*mline, 1), {{0, 0, 3, 5}, {0, 0}, {0, 0}}, "cut");
   expectNear(listsOf(*mline, 2), {{-1, 0}, {-1, 0}, {-1, 0}}, "right");
   EXPECT_THAT(fillOf(*mline, 0, 1), ElementsAre(0, 0, 0));
-}
-
-// Whether the element is drawn at a distance along the whole straight line.
-bool isDrawn(const KdDbMline& mline, double x) {
-  const int segment = std::min(2, static_cast<int>(x / 10));
-  const std::vector<double> list = listOf(mline, segment, 0);
-  const auto passed = std::count_if(list.begin() + 1, list.end(), [&](double entry) { return entry <= x - 10 * segment; });
-  return passed % 2 == 1;
-}
-
-TEST(Cut, BetweenDrawnPointsTakesAwayWhatIsBetweenThemAndNothingElse) {
-  constexpr unsigned kSeed = 41;
-  SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
-  std::mt19937 random(kSeed);
-  std::uniform_real_distribution<double> place(0.001, 29.999);
-  int cuts = 0;
-  for (int round = 0; round < 200; ++round) {
-    const auto mline = makeStraight();
-    for (int i = 0; i < 12; ++i) {
-      const double a = place(random), b = place(random);
-      if (!isDrawn(*mline, a) || !isDrawn(*mline, b)) continue;
-      std::vector<std::pair<double, bool>> samples;
-      for (int k = 0; k < 100; ++k) {
-        const double x = place(random);
-        const bool isCut = std::min(a, b) < x && x < std::max(a, b);
-        samples.emplace_back(x, !isCut && isDrawn(*mline, x));
-      }
-      cut(*mline, 0, {a, 2, 0}, static_cast<int>(a / 10), {b, 2, 0}, static_cast<int>(b / 10));
-      for (const auto& [x, isExpected] : samples) {
-        ASSERT_EQ(isDrawn(*mline, x), isExpected) << "round " << round << " from " << a << " to " << b << " at " << x;
-      }
-      ++cuts;
-    }
-  }
-  EXPECT_GT(cuts, 400);
 }
 
 TEST(ElementEnds, AreTrimmedAndExtended) {
@@ -240,24 +174,22 @@ TEST(SignedDistance, TellsTheSide) {
   CMlineEdit engine;
   const double a[3] = {0, 0, 0}, b[3] = {1, 0, 0}, up[3] = {0, 0, 1}, down[3] = {0, 0, -1};
   const double left[3] = {0, 1, 0}, right[3] = {0, -1, 0}, beyond[3] = {2, 3, 0};
-  double distance = 0, foot[3] = {};
-  engine.Distance_PointToLine(left, a, b, up, &distance, foot);
-  EXPECT_EQ(distance, 1);
-  engine.Distance_PointToLine(right, a, b, up, &distance, nullptr);
-  EXPECT_EQ(distance, -1);
-  engine.Distance_PointToLine(left, a, b, down, &distance, nullptr);
-  EXPECT_EQ(distance, -1);
+  const auto toLine = [&](const double* p, const double* normal) {
+    double distance = 0;
+    engine.Distance_PointToLine(p, a, b, normal, &distance, nullptr);
+    return distance;
+  };
+  EXPECT_THAT((std::array{toLine(left, up), toLine(right, up), toLine(left, down)}), ElementsAre(1, -1, -1));
+  double foot[3] = {};
   engine.Distance_PointToLine(beyond, a, b, up, nullptr, foot);
   EXPECT_THAT(foot, ElementsAre(2, 0, 0));
 
-  engine.Distance_PointToPoint(b, a, &distance, left);
-  EXPECT_EQ(distance, -1);
-  engine.Distance_PointToPoint(b, a, &distance, right);
-  EXPECT_EQ(distance, 1);
-  engine.Distance_PointToPoint(b, a, &distance, beyond);
-  EXPECT_EQ(distance, -1);
-  engine.Distance_PointToPoint(b, a, &distance, nullptr);
-  EXPECT_EQ(distance, 1);
+  const auto towards = [&](const double* direction) {
+    double distance = 0;
+    engine.Distance_PointToPoint(b, a, &distance, direction);
+    return distance;
+  };
+  EXPECT_THAT((std::array{towards(left), towards(right), towards(beyond), towards(nullptr)}), ElementsAre(-1, 1, -1, 1));
 }
 
 }  // namespace

@@ -13,11 +13,11 @@ MATCHER_P3(IsAt, x, y, z, "") {
   return std::abs(arg[0] - x) < 1e-9 && std::abs(arg[1] - y) < 1e-9 && std::abs(arg[2] - z) < 1e-9;
 }
 
-void resolve(CMlineEdit& engine, CMlineSegment& seg, KdDbObjectId id, double x, double y, CMlineSegment* other = nullptr) {
+void resolve(CMlineEdit& engine, CMlineSegment& seg, KdDbObjectId id, double x, double y) {
   ASSERT_EQ(kddbGetName(engine.pickName, id), KdStatus::ok);
   engine.pickPoint[0] = x;
   engine.pickPoint[1] = y;
-  engine.mlineEditInitialize(&seg, engine.pickName, other);
+  engine.mlineEditInitialize(&seg, engine.pickName, nullptr);
 }
 
 // Element 0 runs on the path, element 1 at 3 units to the right of it.
@@ -74,18 +74,6 @@ TEST(Pick, FindsTheSegmentAndTheElementLine) {
   }
 }
 
-TEST(Pick, IsGivenInUserCoordinates) {
-  Drawing drawing;
-  const auto handle = drawing.addMline(kAngle);
-  drawing.editor().variables().setInternally(L"UCSORG", KdGePoint3d{100, 0, 0});
-  drawing.editor().variables().setInternally(L"UCSXDIR", KdGePoint3d{0, 1, 0});
-  drawing.editor().variables().setInternally(L"UCSYDIR", KdGePoint3d{-1, 0, 0});
-  CMlineEdit engine;
-  resolve(engine, engine.segFirst, drawing.idOf(handle), 0.2, 95);
-  EXPECT_THAT(engine.segFirst.point, IsAt(5.0, 0.0, 0.0));
-  engine.segFirst.mline->close();
-}
-
 TEST(Pick, ThatMissesKeepsTheFormerValues) {
   Drawing drawing;
   const auto handle = drawing.addMline(kAngle);
@@ -103,68 +91,17 @@ TEST(Pick, ThatMissesKeepsTheFormerValues) {
   EXPECT_THAT(engine.pickName, ElementsAre(0, 0));
 }
 
-TEST(Pick, OfTheSameMultilineSharesTheOpenObject) {
-  Drawing drawing;
-  const KdDbObjectId id = drawing.idOf(drawing.addMline(kAngle)), other = drawing.idOf(drawing.addMline(kSquare));
-  CMlineEdit engine;
-  resolve(engine, engine.segFirst, id, 5, 0);
-  resolve(engine, engine.segSecond, id, 9, 0, &engine.segFirst);
-  EXPECT_EQ(engine.segSecond.mline, engine.segFirst.mline);
-  ASSERT_EQ(drawing.openCount(), 1u);
-  EXPECT_EQ(drawing.editor().database().openObjects().front().readers, 1);
-  {
-    const CMlineOpenObject open(&engine.segFirst, &engine.segSecond);
-    ASSERT_NE(engine.segFirst.mline, nullptr);
-    EXPECT_TRUE(engine.segFirst.mline->isWriteEnabled());
-  }
-  EXPECT_EQ(drawing.openCount(), 0u);
-
-  resolve(engine, engine.segFirst, id, 5, 0);
-  resolve(engine, engine.segSecond, other, 5, 0, &engine.segFirst);
-  {
-    const CMlineOpenObject open(&engine.segFirst, &engine.segSecond);
-    EXPECT_TRUE(engine.segFirst.mline->isWriteEnabled());
-    EXPECT_TRUE(engine.segSecond.mline->isWriteEnabled());
-  }
-  EXPECT_EQ(drawing.openCount(), 0u);
-  EXPECT_EQ(engine.segFirst.mline, nullptr);
-}
-
-TEST(Pick, HolderDoesWithoutAMultilineThatCannotBeWritten) {
-  Drawing drawing;
-  const KdDbObjectId id = drawing.idOf(drawing.addMline(kAngle));
-  CMlineEdit engine;
-  resolve(engine, engine.segFirst, id, 5, 0);
-  resolve(engine, engine.segSecond, id, 9, 0, &engine.segFirst);
-  KdDbMline* reader = nullptr;
-  ASSERT_EQ(kddbOpenObject(reader, id, KdOpenMode::forRead), KdStatus::ok);
-  {
-    const CMlineOpenObject open(&engine.segFirst, &engine.segSecond);
-    EXPECT_EQ(engine.segFirst.mline, nullptr);
-  }
-  reader->close();
-  EXPECT_EQ(drawing.openCount(), 0u);
-}
-
-TEST(Pick, CountsOnlyOnMultilines) {
+TEST(Pick, CountsOnMultilinesAlone) {
   Drawing drawing;
   const KdDbObjectId mline = drawing.idOf(drawing.addMline(kAngle)), line = drawing.idOf(drawing.add("LINE", "AcDbLine"));
   long name[2] = {0, 0};
   EXPECT_FALSE(needBreak(nullptr));
   EXPECT_FALSE(needBreak(name));
-  ASSERT_EQ(kddbGetName(name, line), KdStatus::ok);
-  EXPECT_FALSE(needBreak(name));
-  ASSERT_EQ(kddbGetName(name, mline), KdStatus::ok);
-  EXPECT_TRUE(needBreak(name));
+  for (const auto& [id, isMline] : {std::pair(line, false), {mline, true}}) {
+    ASSERT_EQ(kddbGetName(name, id), KdStatus::ok);
+    EXPECT_EQ(needBreak(name), isMline);
+  }
   EXPECT_EQ(drawing.openCount(), 0u);
-}
-
-TEST(Pick, ToleranceIsTheHalfDiagonalOfThePickBox) {
-  Drawing drawing;
-  CMlineEdit engine;
-  double tolerance = -1;
-  engine.set_SpaceBetween(&tolerance);
-  EXPECT_NEAR(tolerance, 0.4 * std::sqrt(2.0), 1e-12);
 }
 
 TEST(PointTable, HoldsWhereEachElementLinePassesEachVertex) {

@@ -13,11 +13,17 @@ class ToolRun : public ::testing::Test {
     torva::command::Command command;
     command.group = L"TEST";
     command.globalName = command.localName = name;
-    command.run = [tool] { (CMlineEdit().*tool)(nullptr); };
+    command.run = [this, tool] { m_result = (CMlineEdit().*tool)(nullptr); };
     ASSERT_EQ(m_drawing.commands().add(command), KdStatus::ok);
   }
 
   static std::string pick(torva::dxf::Handle handle, double x, double y) { return Drawing::pick(handle, x, y); }
+  int flagsOf(torva::dxf::Handle handle) {
+    int flags = 0;
+    m_drawing.edit(handle, [&](KdDbMline& mline) { GetFlag(&mline, &flags); });
+    return flags;
+  }
 
   Drawing m_drawing;
+  int m_result = 0;  ///< What the tool that ran last returned.
 };

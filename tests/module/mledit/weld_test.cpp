@@ -101,62 +101,30 @@ TEST(Weld, CarriesAPickOntoEveryElementFromWhereItWasMade) {
 
 class WeldRun : public ToolRun {
  protected:
-  WeldRun() {
-    addTool(L"CA", &CMlineEdit::cmd_mledit_CutAll);
-    addTool(L"WA", &CMlineEdit::cmd_mledit_WeldAll);
-  }
+  WeldRun() { addTool(L"WA", &CMlineEdit::cmd_mledit_WeldAll); }
 };
 
-TEST_F(WeldRun, PicksInAGapAndBesideAnEndCount) {
-  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}, {20, 20, 0}}, {0, -1}});
-  m_drawing.edit(wall, [](KdDbMline& mline) {
-    setList(mline, 1, 0, {0, 0, 12});
-    setList(mline, 1, 1, {-1, 0, 13});
-  });
-  // The second pick lies past the end of the line.
-  m_drawing.run("WA\n" + pick(wall, 20, 12.3) + pick(wall, 20, 20.2) + "\n");
-  EXPECT_THAT(m_drawing.listsOf(wall)[0][1], ElementsAre(0, 0));
-  EXPECT_THAT(m_drawing.listsOf(wall)[1][1], ElementsAre(-1, 0));
-  EXPECT_EQ(m_drawing.faults(), "");
-}
-
-TEST_F(WeldRun, APickJustBehindAVertexBelongsToTheEndBeforeIt) {
-  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}, {40, 0, 0}}, {0}});
-  m_drawing.edit(wall, [](KdDbMline& mline) {
-    setList(mline, 0, 0, {0, 0, 12});
-    setList(mline, 1, 0, {0, 0.1});
-  });
-  m_drawing.run("WA\n" + pick(wall, 11, 0) + pick(wall, 20.2, 0) + "\n");
-  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0));
-  EXPECT_THAT(m_drawing.listsOf(wall)[0][1], ElementsAre(0, 0.1));
-}
-
-TEST_F(WeldRun, APickThatMeetsNoLineWeldsNothing) {
-  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}}, {0}});
-  m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
-  m_drawing.run("WA\n" + pick(wall, 3, 30) + pick(wall, 9, 0) + "\n");
-  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0, 5, 8));
-}
-
-TEST_F(WeldRun, ClosesWhatItOpenedHoweverItEnds) {
-  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}}, {0}});
-  const auto line = m_drawing.add("LINE", "AcDbLine");
-  for (const std::string& script : {pick(wall, 3, 0) + "^C\n", pick(line, 3, 0) + pick(line, 4, 0) + "\n", std::string("\n"),
-                                    pick(wall, 3, 0) + pick(line, 4, 0) + pick(wall, 5, 0) + "undo\n^C\n"}) {
-    m_drawing.run("WA\n" + script);
-    EXPECT_EQ(m_drawing.openCount(), 0u) << script;
-    EXPECT_EQ(m_drawing.faults(), "") << script;
+TEST_F(WeldRun, TakesPicksInGapsAndBesideVertices) {
+  struct Row {
+    const char* name;
+    ElementLists before;  // of a line along x with vertices at 0, 20 and 40
+    KdGePoint3d first, second;
+    ElementLists after;
+  };
+  const Row rows[] = {
+      {"in a gap and past the end", {{0, 0}, {0, 0, 12}}, {32.3, 0, 0}, {40.2, 0, 0}, {{0, 0}, {0, 0}}},
+      {"just behind a vertex: the end before it", {{0, 0, 12}, {0, 0.1}}, {11, 0, 0}, {20.2, 0, 0}, {{0, 0}, {0, 0.1}}},
+      {"beside the line: nothing", {{0, 0, 5, 8}, {0, 0}}, {3, 30, 0}, {9, 0, 0}, {{0, 0, 5, 8}, {0, 0}}},
+  };
+  for (const Row& row : rows) {
+    const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}, {40, 0, 0}}, {0}});
+    m_drawing.edit(wall, [&](KdDbMline& mline) {
+      for (const int v : {0, 1}) setList(mline, v, 0, row.before[static_cast<std::size_t>(v)]);
+    });
+    m_drawing.run("WA\n" + pick(wall, row.first.x, row.first.y) + pick(wall, row.second.x, row.second.y) + "\n");
+    const ElementLists lists = m_drawing.listsOf(wall)[0];
+    EXPECT_THAT(lists, ElementsAre(row.after[0], row.after[1], ElementsAre(0, 0))) << row.name;
   }
-}
-
-TEST_F(WeldRun, UndoOpensTheGapAgain) {
-  const auto wall = m_drawing.addMline({{{0, 0, 0}, {20, 0, 0}}, {0}});
-  m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
-  m_drawing.run("WA\n" + pick(wall, 3, 0) + pick(wall, 9, 0) + "\n");
-  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0));
-  m_drawing.edit(wall, [](KdDbMline& mline) { setList(mline, 0, 0, {0, 0, 5, 8}); });
-  m_drawing.run("WA\n" + pick(wall, 3, 0) + pick(wall, 9, 0) + "undo\n\n");
-  EXPECT_THAT(m_drawing.listsOf(wall)[0][0], ElementsAre(0, 0, 5, 8));
 }
 
 }  // namespace
