@@ -6,13 +6,12 @@
 #include <vector>
 
 #include "command/file_request.h"
-#include "command/input_source.h"
-#include "dialog/message_service.h"
 #include "mlstyle/OpenedObject.h"
-#include "runtime/host.h"
 #include "support/dialog_driver.h"
-#include "support/temporary_folder.h"
+#include "support/host_driver.h"
+#include "support/message_answers.h"
 
+#include <kdrx/app.h>
 #include <kdrx/db_database.h>
 #include <kdrx/db_mline.h>
 #include <kdrx/db_mline_style.h>
@@ -23,33 +22,13 @@
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QPushButton>
 
-/// Answers message boxes with one button and keeps what they said.
-class MessageAnswers final : public torva::dialog::MessageService {
- public:
-  int show(QWidget*, const std::wstring& text, const std::wstring& title, unsigned type) override {
-    heard.push_back(title + L'|' + text + L'|' + std::to_wstring(type));
-    return answer;
-  }
-  void beep() override { heard.push_back(L"beep"); }
-
-  int answer = IDYES;
-  std::vector<std::wstring> heard;
-};
-
 /// Runs the dialogs of styles over a new drawing, through their real widgets.
-class StyleDialogTest : public DialogTest {
+class StyleDialogTest : public DialogTest, protected HostDriver {
  protected:
-  StyleDialogTest() { startHost(torva::runtime::DialogUse::shown); }
+  StyleDialogTest() { startDialogs(); }
 
-  void startHost(torva::runtime::DialogUse dialogUse) {
-    host.reset();
-    torva::runtime::HostOptions options;
-    options.profileFolder = folder.path("profile");
-    options.programFolder = TORVA_BINARY_DIR "/bin";
-    options.dialogUse = dialogUse;
-    options.print = [this](std::wstring_view text) { printed += text; };
-    options.report = [this](const std::string& text) { reported += text; };
-    host = std::move(*torva::runtime::Host::create(options));
+  void startDialogs() {
+    startHost(torva::runtime::DialogUse::shown);
     host->editor().setFileChooser([this](const torva::command::FileRequest& request) {
       requests.push_back(request);
       return chosenFile;
@@ -57,10 +36,6 @@ class StyleDialogTest : public DialogTest {
     AfxSetResourceHandle(loadResourceDll(L"KdrxMLStyleRes.dll"));
   }
 
-  void run(const std::string& script) {
-    host->editor().run(*torva::command::ScriptSource::fromText(script, "test"), torva::command::OnFault::goOn);
-  }
-  torva::db::Database& drawing() { return host->editor().database(); }
   std::string bytes() { return drawing().file().toBytes(); }
 
   KdDbObjectId dictionaryId() {
@@ -95,6 +70,27 @@ class StyleDialogTest : public DialogTest {
   }
   std::wstring current() { return std::get<std::wstring>(*host->editor().variable(L"CMLSTYLE")); }
 
+  /// A dialog that `show` runs, doing what it is given, keeps its place when `leave` ends it as `close` does not, and is
+  /// shown there again.
+  void expectPlaceKept(const std::wstring& prefix, const std::function<void(const std::function<void(QDialog&)>&)>& show,
+                       const std::function<void(QDialog&)>& close, const std::function<void(QDialog&)>& leave) {
+    const auto keptLeft = [&] { return kdrxGetProfileInt(L"Settings", (prefix + L"PosLeft").c_str(), -10000); };
+    QPoint place;
+    for (const auto& end : {close, leave}) {
+      EXPECT_EQ(keptLeft(), -10000);
+      show([&](QDialog& dialog) {
+        dialog.move(77, 33);
+        place = dialog.geometry().topLeft();
+        end(dialog);
+      });
+    }
+    EXPECT_EQ(keptLeft(), place.x());
+    show([&](QDialog& dialog) {
+      EXPECT_EQ(dialog.geometry().topLeft(), place);
+      close(dialog);
+    });
+  }
+
   // Controls by their numbers.
   template <class Control>
   static Control& control(QDialog& dialog, int id) {
@@ -110,11 +106,7 @@ class StyleDialogTest : public DialogTest {
     if (isDouble) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
   }
 
-  TemporaryFolder folder;
-  std::unique_ptr<torva::runtime::Host> host;
   MessageAnswers messages;
   std::vector<torva::command::FileRequest> requests;
   std::optional<std::wstring> chosenFile;
-  std::wstring printed;
-  std::string reported;
 };

@@ -4,15 +4,13 @@
 #include <numbers>
 
 #include "command/editor.h"
-#include "command/input_source.h"
 #include "db/database.h"
 #include "mlaccess/mlstyle_access.h"
 #include "mlstyle/OpenedObject.h"
-#include "runtime/host.h"
-#include "support/temporary_folder.h"
+#include "support/host_driver.h"
 
 /// A host with an empty drawing, whose root folder holds what is installed there, and its styles.
-class StyleHost : public testing::Test {
+class StyleHost : public testing::Test, protected HostDriver {
  protected:
   struct Element {
     double offset;
@@ -32,19 +30,11 @@ class StyleHost : public testing::Test {
   StyleHost() {
     std::filesystem::create_directory(folder.path("bin"));
     std::filesystem::copy(TORVA_SOURCE_DIR "/support", folder.path(), std::filesystem::copy_options::recursive);
-    torva::runtime::HostOptions options;
-    options.profileUse = torva::runtime::ProfileUse::none;
-    options.programFolder = folder.path("bin");
-    options.print = [](std::wstring_view) {};
-    host = std::move(*torva::runtime::Host::create(options));
+    startHost(torva::runtime::DialogUse::none, folder.path("bin"));
   }
   ~StyleHost() override { EXPECT_TRUE(host->editor().database().openObjects().empty()) << "an object is left open"; }
 
-  torva::db::Database& drawing() { return host->editor().database(); }
-  void run(const std::string& script) {
-    const auto source = torva::command::ScriptSource::fromText(script, "test");
-    EXPECT_EQ(host->editor().run(*source, torva::command::OnFault::goOn), torva::command::Fault::none);
-  }
+  void run(const std::string& script) { EXPECT_EQ(HostDriver::run(script), torva::command::Fault::none); }
   std::wstring path(const char* name) const { return kdutWideFromUtf8(folder.path(name)); }
 
   KdDbObjectId dictionary() {
@@ -84,9 +74,6 @@ class StyleHost : public testing::Test {
     }
     return result;
   }
-
-  TemporaryFolder folder;
-  std::unique_ptr<torva::runtime::Host> host;
 
  private:
   static int flagsOf(const KdDbMlineStyle& s) {

@@ -5,8 +5,6 @@
 #include "mlstyle/load/MlStyleLoadDlg.h"
 #include "style_dialogs.h"
 
-#include <kdrx/app.h>
-
 #include <QtWidgets/QLabel>
 
 namespace {

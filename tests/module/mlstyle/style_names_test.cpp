@@ -2,8 +2,6 @@
 #include "mlstyle/names/MlstyleRenameDlg.h"
 #include "style_dialogs.h"
 
-#include <kdrx/app.h>
-
 #include <QtWidgets/QComboBox>
 
 namespace {
