@@ -45,9 +45,6 @@ TEST(LoadResLib, NamesTheLibraryAfterTheModuleFile) {
     EXPECT_NE(_loadResLib(nullptr), nullptr);
     EXPECT_EQ(askedFor, library);
   }
-}
-
-TEST(LoadResLib, AsksForNothingWithoutAModuleFile) {
   moduleFile.clear();
   askedFor.reset();
   EXPECT_EQ(_loadResLib(nullptr), nullptr);

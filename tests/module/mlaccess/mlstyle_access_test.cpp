@@ -6,8 +6,7 @@
 #include "command/editor.h"
 #include "db/database.h"
 #include "db/linetype_file.h"
-#include "runtime/host.h"
-#include "support/temporary_folder.h"
+#include "support/host_driver.h"
 
 namespace {
 
@@ -114,17 +113,14 @@ TEST(MlstyleAccess, FlagsAreSetOnAndOff) {
 }
 
 // A host whose root folder holds the linetype files.
-class MlstyleLinetypesTest : public testing::Test {
+class MlstyleLinetypesTest : public testing::Test, protected HostDriver {
  protected:
   MlstyleLinetypesTest() {
-    std::filesystem::create_directory(m_folder.path("bin"));
+    std::filesystem::create_directory(folder.path("bin"));
     for (const char* file : {"torva.lin", "torvaiso.lin"}) {
-      std::filesystem::copy_file(std::string(TORVA_SOURCE_DIR "/support/") + file, m_folder.path(file));
+      std::filesystem::copy_file(std::string(TORVA_SOURCE_DIR "/support/") + file, folder.path(file));
     }
-    torva::runtime::HostOptions options;
-    options.profileUse = torva::runtime::ProfileUse::none;
-    options.programFolder = m_folder.path("bin");
-    m_host = std::move(*torva::runtime::Host::create(options));
+    startHost(torva::runtime::DialogUse::none, folder.path("bin"));
   }
   void setMeasurement(short value) {
     KdResbuf buffer;
@@ -145,9 +141,6 @@ class MlstyleLinetypesTest : public testing::Test {
     linetype->close();
     return found;
   }
-
-  TemporaryFolder m_folder;
-  std::unique_ptr<torva::runtime::Host> m_host;
 };
 
 TEST_F(MlstyleLinetypesTest, ComeFromTheDrawingThenFromTheFileOfItsUnits) {
@@ -159,13 +152,13 @@ TEST_F(MlstyleLinetypesTest, ComeFromTheDrawingThenFromTheFileOfItsUnits) {
   EXPECT_EQ(linetypeAfter(L"none such"), L"Continuous 0.000000");
   EXPECT_EQ(linetypeAfter(L"BYLAYER"), L"ByLayer 0.000000");
   EXPECT_EQ(linetypeAfter(L"byblock"), L"ByBlock 0.000000");
-  std::filesystem::remove(m_folder.path("torvaiso.lin"));
+  std::filesystem::remove(folder.path("torvaiso.lin"));
   EXPECT_EQ(linetypeAfter(L"CENTER"), L"Continuous 0.000000");
 }
 
 TEST_F(MlstyleLinetypesTest, TheFilesHoldTheUsualOnesInThreeScales) {
   for (const auto& [file, unit] : {std::pair{"torva.lin", 1.0}, {"torvaiso.lin", 25.0}}) {
-    const std::string content = m_folder.read(file);
+    const std::string content = folder.read(file);
     for (const wchar_t* name : {L"DASHED", L"HIDDEN", L"CENTER", L"DASHDOT", L"BORDER", L"DIVIDE", L"DOT", L"PHANTOM"}) {
       const auto whole = torva::db::readLinetype(content, name);
       ASSERT_TRUE(whole) << file << torva::utf8FromWide(name);

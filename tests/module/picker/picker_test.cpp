@@ -1,12 +1,11 @@
 #include <gmock/gmock.h>
+#include <set>
 
-#include "command/input_source.h"
 #include "mledit/picker/MLEditDialog.h"
 #include "mledit/picker/MLEditWidget.h"
-#include "runtime/host.h"
 #include "runtime/pictures.h"
 #include "support/dialog_driver.h"
-#include "support/temporary_folder.h"
+#include "support/host_driver.h"
 
 #include <kdrx/rx.h>
 
@@ -15,62 +14,38 @@
 
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-using torva::runtime::DialogUse;
 
 struct Button {
   const char* name;
-  const char* label;
-  int id;
   int tool;
   const wchar_t* picture;
 };
 
 constexpr Button kButtons[] = {
-    {"ClosedCross", "Closed Cross", 5759, 1, L"IDB_CLOSE_CROSS"},
-    {"OpenCross", "Open Cross", 5760, 2, L"IDB_OPEN_CROSS"},
-    {"MergedCross", "Merged Cross", 5761, 3, L"IDB_MERGED_CROSS"},
-    {"ClosedTee", "Closed Tee", 5762, 4, L"IDB_CLOSE_TREE"},
-    {"OpenTee", "Open Tee", 5763, 5, L"IDB_OPEN_TREE"},
-    {"MergedTee", "Merged Tee", 5764, 6, L"IDB_MERGED_TREE"},
-    {"CornerJoint", "Corner Joint", 5765, 7, L"IDB_CORNER_JOINT"},
-    {"AddVertex", "Add Vertex", 5767, 8, L"IDB_ADD_VERTEX"},
-    {"DeleteVertex", "Delete Vertex", 5766, 9, L"IDB_DELETE_VERTEX"},
-    {"CutSingle", "Cut Single", 5768, 10, L"IDB_CUT_SINGLE"},
-    {"CutAll", "Cut All", 5769, 11, L"IDB_CUT_ALL"},
-    {"WeldAll", "Weld All", 5770, 12, L"IDB_WELD_ALL"},
-    {"Close", "", 5771, 13, nullptr},
+    {"ClosedCross", 1, L"IDB_CLOSE_CROSS"},
+    {"OpenCross", 2, L"IDB_OPEN_CROSS"},
+    {"MergedCross", 3, L"IDB_MERGED_CROSS"},
+    {"ClosedTee", 4, L"IDB_CLOSE_TREE"},
+    {"OpenTee", 5, L"IDB_OPEN_TREE"},
+    {"MergedTee", 6, L"IDB_MERGED_TREE"},
+    {"CornerJoint", 7, L"IDB_CORNER_JOINT"},
+    {"AddVertex", 8, L"IDB_ADD_VERTEX"},
+    {"DeleteVertex", 9, L"IDB_DELETE_VERTEX"},
+    {"CutSingle", 10, L"IDB_CUT_SINGLE"},
+    {"CutAll", 11, L"IDB_CUT_ALL"},
+    {"WeldAll", 12, L"IDB_WELD_ALL"},
+    {"Close", 13, nullptr},
 };
 
-class PickerTest : public DialogTest {
+class PickerTest : public DialogTest, protected HostDriver {
  protected:
-  PickerTest() { startHost(DialogUse::shown); }
-
-  void startHost(DialogUse dialogUse) {
-    torva::runtime::HostOptions options;
-    options.profileFolder = m_folder.path("profile");
-    options.programFolder = TORVA_BINARY_DIR "/bin";
-    options.dialogUse = dialogUse;
-    options.print = [this](std::wstring_view text) { printed += text; };
-    options.report = [this](const std::string& text) { reported += text; };
-    host.reset();
-    host = std::move(*torva::runtime::Host::create(options));
+  PickerTest() {
+    startHost(torva::runtime::DialogUse::shown);
     AfxSetResourceHandle(loadResourceDll(L"KdrxMLStyleRes.dll"));
   }
 
-  void run(const std::string& script) {
-    host->editor().run(*torva::command::ScriptSource::fromText(script, "test"), torva::command::OnFault::goOn);
-  }
-
   static QPushButton& button(QDialog& dialog, const Button& row) { return *dialog.findChild<QPushButton*>(row.name); }
-
-  std::unique_ptr<torva::runtime::Host> host;
-  std::wstring printed;
-  std::string reported;
-
- private:
-  TemporaryFolder m_folder;
 };
 
 TEST_F(PickerTest, EveryButtonRecordsItsNumberAndEndsWithOk) {
@@ -78,10 +53,7 @@ TEST_F(PickerTest, EveryButtonRecordsItsNumberAndEndsWithOk) {
     SCOPED_TRACE(row.name);
     CMLEditDialog dialog(nullptr);
     EXPECT_EQ(dialog.GetTool(), 0);
-    withNextDialog([&](QDialog& widget) {
-      EXPECT_EQ(static_cast<QBaseDialog&>(widget).GetControl(row.id), &button(widget, row));
-      QTest::mouseClick(&button(widget, row), Qt::LeftButton);
-    });
+    withNextDialog([&](QDialog& widget) { QTest::mouseClick(&button(widget, row), Qt::LeftButton); });
     EXPECT_EQ(dialog.DoModal(), 1);
     EXPECT_EQ(dialog.GetTool(), row.tool);
   }
@@ -121,25 +93,15 @@ TEST_F(PickerTest, KeysAndTheFrameEndItToo) {
   EXPECT_EQ(stillOpen, 0);
 }
 
-TEST_F(PickerTest, ShowsItsTextsInOrder) {
-  const KVUI::CMLEditDialog widget(nullptr, nullptr);
-  EXPECT_EQ(widget.objectName(), "MleditDialog");
-  EXPECT_EQ(widget.windowTitle(), "Multilines Edit Tools");
-  std::vector<std::string> texts;
-  for (const QLabel* label : widget.findChildren<QLabel*>()) texts.push_back(label->text().toStdString());
-  EXPECT_THAT(texts, ElementsAre("To use a tool, click on the icon. Object selection must be performed after the tool\nhas "
-                                 "been selected",
-                                 "Closed Cross", "Closed Tee", "Corner Joint", "Cut Single", "Open Cross", "Open Tee",
-                                 "Add Vertex", "Cut All", "Merged Cross", "Merged Tee", "Delete Vertex", "Weld All"));
-  for (const Button& row : kButtons) {
-    EXPECT_EQ(widget.findChild<QPushButton*>(row.name)->accessibleName(), row.label);
-  }
-}
-
-TEST_F(PickerTest, WithoutLogicItsButtonsDoNothing) {
+TEST_F(PickerTest, WithoutLogicItsButtonsHaveNamesAndDoNothing) {
   KVUI::CMLEditDialog widget(nullptr, nullptr);
   widget.show();
-  for (const Button& row : kButtons) button(widget, row).click();
+  std::set<QString> texts;
+  for (const QLabel* label : widget.findChildren<QLabel*>()) texts.insert(label->text());
+  for (const Button& row : kButtons) {
+    EXPECT_TRUE(!row.picture || texts.count(button(widget, row).accessibleName())) << row.name;
+    button(widget, row).click();
+  }
   EXPECT_TRUE(widget.isVisible());
   widget.close();
   EXPECT_FALSE(widget.isVisible());
@@ -187,12 +149,6 @@ TEST_F(PickerTest, TheCommandRunsTheChosenTool) {
     EXPECT_EQ(printed.find(L"Select multiline") != std::wstring::npos, std::string(name) == "CutAll");
   }
   EXPECT_EQ(reported, "");
-}
-
-TEST_F(PickerTest, AHostWithoutDialogsIsToldSo) {
-  startHost(DialogUse::none);
-  run("MLEDIT\n");
-  EXPECT_THAT(printed, HasSubstr(L"needs a dialog"));
 }
 
 }  // namespace
