@@ -39,6 +39,8 @@ function(torva_layer name)
 endfunction()
 
 # torva_test(name SOURCES ... LIBRARIES ...): a GoogleTest program, registered with ctest test by test.
+# Its sources are compiled together, since most of a test's compile time goes into GoogleTest and the standard headers. So names in
+# the unnamed namespaces of one program's sources must differ; where they do not, UNITY_BUILD is turned off for that program.
 function(torva_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
@@ -49,7 +51,7 @@ function(torva_test name)
   target_compile_definitions(${name} PRIVATE
     TORVA_SOURCE_DIR="${PROJECT_SOURCE_DIR}" TORVA_BINARY_DIR="${PROJECT_BINARY_DIR}")
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gtest_main GTest::gmock)
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
 endfunction()
 

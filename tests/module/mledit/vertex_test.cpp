@@ -10,19 +10,20 @@ using ::testing::DoubleNear;
 using ::testing::ElementsAre;
 using ::testing::Pointwise;
 
-constexpr double kSmall = 1e-12;
+constexpr double kRounding = 1e-12;
 const double kTurned = std::sqrt(2.0) - 1;  // tangent of 22.5 degrees
 
 void expectLists(const KdDbMline& mline, int element, const ElementLists& expected, const char* name) {
   const ElementLists found = listsOf(mline, element);
   ASSERT_EQ(found.size(), expected.size()) << name;
   for (std::size_t v = 0; v < found.size(); ++v) {
-    EXPECT_THAT(found[v], Pointwise(DoubleNear(kSmall), expected[v])) << name << ", element " << element << ", vertex " << v;
+    EXPECT_THAT(found[v], Pointwise(DoubleNear(kRounding), expected[v]))
+        << name << ", element " << element << ", vertex " << v;
   }
 }
 
 void expectNear(const KdGeVector3d& found, const KdGeVector3d& expected, const char* name) {
-  EXPECT_NEAR((found - expected).length(), 0, kSmall) << name << ": " << found.x << ' ' << found.y << ' ' << found.z;
+  EXPECT_NEAR((found - expected).length(), 0, kRounding) << name << ": " << found.x << ' ' << found.y << ' ' << found.z;
 }
 
 void addAt(KdDbMline& mline, int segment, int element, double along) {
@@ -37,7 +38,7 @@ void remove(KdDbMline& mline, int vertex) {
   engine.delete_OneVertex(&engine.segFirst, vertex);
 }
 
-const MlineSketch kSquare = {{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {0, 1}, true};
+const MlineSketch kRoom = {{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {0, 1}, true};
 
 TEST(AddVertex, KeepsGapsBeforeItAndDropsThoseBehind) {
   const auto mline = makeMline({{{8, 8, 0}, {28, 8, 0}, {28, 28, 0}}, {0.5, 0, -0.5}});
@@ -48,7 +49,7 @@ TEST(AddVertex, KeepsGapsBeforeItAndDropsThoseBehind) {
   ASSERT_EQ(SetNumArea(mline.get(), 2, 0, 1), 1);
   addAt(*mline, 0, 0, 8);
   ASSERT_EQ(mline->numVertices(), 4);
-  EXPECT_NEAR((mline->vertexAt(1) - KdGePoint3d{16, 8, 0}).length(), 0, kSmall);
+  EXPECT_NEAR((mline->vertexAt(1) - KdGePoint3d{16, 8, 0}).length(), 0, kRounding);
   expectNear(mline->axisAt(1), {1, 0, 0}, "axis");
   expectNear(mline->miterAt(1), {0, 1, 0}, "miter");
   const std::vector<double> end = {0.5, 0};
@@ -59,11 +60,11 @@ TEST(AddVertex, KeepsGapsBeforeItAndDropsThoseBehind) {
 }
 
 TEST(AddVertex, OnTheClosingSegmentBecomesTheLast) {
-  const auto mline = makeMline(kSquare);
+  const auto mline = makeMline(kRoom);
   addAt(*mline, 3, 0, 4);
   ASSERT_EQ(mline->numVertices(), 5);
   EXPECT_TRUE(mline->closedMline());
-  EXPECT_NEAR((mline->vertexAt(4) - KdGePoint3d{0, 6, 0}).length(), 0, kSmall);
+  EXPECT_NEAR((mline->vertexAt(4) - KdGePoint3d{0, 6, 0}).length(), 0, kRounding);
 }
 
 TEST(AddVertex, IsRefusedWhereAnElementPassesOneAndOutside) {
@@ -86,7 +87,7 @@ TEST(AddVertex, IsRefusedWhereAnElementPassesOneAndOutside) {
 }
 
 TEST(DeleteVertex, TakesTheNearerEndOfThePickedSegment) {
-  const auto mline = makeMline(kSquare);
+  const auto mline = makeMline(kRoom);
   struct Row {
     int segment;
     double along;
@@ -177,7 +178,7 @@ TEST(DeleteVertex, RemovesEveryVertexOfAPath) {
         if (isKept && v == 0) expectNear(mline->miterAt(v), keptMiter, name.c_str());
         if (isKept && v == 0) continue;
         expectNear(mline->miterAt(v), expected->miterAt(v), name.c_str());
-        EXPECT_NEAR(listOf(*mline, v, 1)[0], listOf(*expected, v, 1)[0], kSmall) << name << ", vertex " << v;
+        EXPECT_NEAR(listOf(*mline, v, 1)[0], listOf(*expected, v, 1)[0], kRounding) << name << ", vertex " << v;
       }
     }
   }
@@ -189,7 +190,7 @@ TEST(DeleteVertex, KeepsTheLeastNumberOfVertices) {
   EXPECT_EQ(line->numVertices(), 3);
   for (int i = 0; i < 3; ++i) remove(*line, 1);
   EXPECT_EQ(line->numVertices(), 2);
-  const auto square = makeMline(kSquare);
+  const auto square = makeMline(kRoom);
   for (int i = 0; i < 3; ++i) remove(*square, 0);
   EXPECT_EQ(square->numVertices(), 3);
 }
