@@ -103,10 +103,8 @@ class MlineWriter {
         m_fill(m_out, 42) {}
 
   dxf::RecordText write() {
-    constexpr std::size_t kPartForEdits = 8, kMost = 4096;  // what is longer is mostly kept
-    const std::size_t expected = std::min(m_record.size() + m_record.size() / kPartForEdits, kMost);
-    m_written.reserve(expected);
-    m_out.reserve(expected);
+    constexpr std::size_t kVertexOrTwo = 1024;  // most edits write no more
+    m_out.reserve(kVertexOrTwo);
     for (std::size_t place = copyHeader(); place < m_record.size();) place = writeGroups(place);
     finish();
     m_out.moveTo(m_written);
@@ -174,7 +172,7 @@ class MlineWriter {
     }
     m_isHeaderComplete = true;
     m_classifier.passHeader(m_source.header);
-    m_written.append(m_record.substr(0, m_source.vertexBegins.front()));
+    m_written.appendKept(m_record.substr(0, m_source.vertexBegins.front()));
     return m_source.vertexBegins.front();
   }
 

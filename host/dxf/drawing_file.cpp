@@ -103,17 +103,22 @@ std::vector<std::string_view> DrawingFile::Imp::pieces() const {
   const std::string_view content = m_drawing.content.bytes();
   std::vector<std::string_view> pieces;
   std::size_t runBegin = 0;
+  const auto add = [&](std::string_view piece) {
+    std::string_view* const last = pieces.empty() ? nullptr : &pieces.back();
+    if (last == nullptr || last->data() + last->size() != piece.data()) return pieces.push_back(piece);
+    *last = {last->data(), last->size() + piece.size()};
+  };
   const auto endRunAt = [&](std::size_t end) {
-    if (end > runBegin) pieces.push_back(content.substr(runBegin, end - runBegin));
+    if (end > runBegin) add(content.substr(runBegin, end - runBegin));
     runBegin = std::max(runBegin, end);
   };
   const auto beginRecord = [&] {
-    if (m_drawing.form == Form::text && !pieces.empty() && !canBeFollowed(pieces.back())) pieces.push_back(m_lineEnd);
+    if (m_drawing.form == Form::text && !pieces.empty() && !canBeFollowed(pieces.back())) add(m_lineEnd);
   };
   const auto put = [&](RecordId id, const RecordState* state) {
     beginRecord();
-    if (state == nullptr || !state->bytes) return pieces.push_back(bytes(id));
-    state->bytes->forEachPiece([&](std::string_view piece) { pieces.push_back(piece); });
+    if (state == nullptr || !state->bytes) return add(bytes(id));
+    state->bytes->forEachPiece(add);
   };
   const RecordIndex& index = m_drawing.outline.index;
   for (const RecordId id : m_edits.touchedOriginals()) {

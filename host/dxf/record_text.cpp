@@ -6,7 +6,7 @@
 namespace torva::dxf {
 
 void RecordText::appendKept(std::string_view bytes) {
-  constexpr std::size_t kShortest = 4096;
+  constexpr std::size_t kShortest = 128;  // about what keeping a piece takes itself
   if (bytes.size() < kShortest) return append(bytes);
   m_kept.push_back({m_own.size(), bytes});
 }

@@ -7,14 +7,13 @@
 
 namespace torva::dxf {
 
-/// The bytes of a changed record. Long runs that it has in common with the bytes it was made of are not copied: an edit of a
+/// The bytes of a changed record. Runs that it has in common with the bytes it was made of are not copied: an edit of a
 /// record of megabytes costs what it changes.
 class RecordText {
  public:
   RecordText() = default;
   RecordText(std::string bytes) : m_own(std::move(bytes)) {}
 
-  void reserve(std::size_t size) { m_own.reserve(size); }
   void append(std::string_view bytes) { m_own.append(bytes); }
   /// The same for bytes that stay where they are, and as they are, as long as this text and its copies live or until
   /// bytes() was called. Short ones are copied.
