@@ -49,7 +49,9 @@ Database::Database(dxf::DrawingFile file)
       m_serial(nextSerial()),
       m_structure(std::make_unique<Structure>(m_file)),
       m_recentMlines(std::make_unique<RecentMlines>(m_file)),
-      m_undo(std::make_unique<UndoLog>()) {}
+      m_undo(std::make_unique<UndoLog>()) {
+  m_lastClosed.fill(dxf::kNoRecord);
+}
 
 Database::~Database() = default;
 
@@ -122,6 +124,16 @@ void Database::noteClosed(dxf::RecordId record) {
   // What was opened last is closed first as a rule.
   const auto found = std::find(m_open.rbegin(), m_open.rend(), record);
   m_open.erase(std::next(found).base());
+  letGoBeside(record);
+}
+
+void Database::letGoBeside(dxf::RecordId record) {
+  if (m_lastClosed[m_newestClosed] == record) return;
+  m_newestClosed = (m_newestClosed + 1) % m_lastClosed.size();
+  const dxf::RecordId former = std::exchange(m_lastClosed[m_newestClosed], record);
+  if (former == dxf::kNoRecord || std::ranges::find(m_lastClosed, former) != m_lastClosed.end()) return;
+  KdDbObjectImp& imp = *KdDbSystemInternals::getImpObject(loaded(former));
+  if (!imp.isOpen() && !imp.isDirty()) imp.letGo();
 }
 
 void Database::noteDirty(dxf::RecordId record) {

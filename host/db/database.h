@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -75,7 +76,7 @@ class TORVA_API Database final : public KdDbDatabase {
   /// Whether an object was made for the record, so that it may hold more than the record's bytes say.
   bool hasObject(dxf::RecordId record) const { return m_objects.contains(record); }
   /// The multiline of a record as it stands now: of the object when one was made, else read from the record. Valid until the
-  /// next call.
+  /// next call, or until an object is closed.
   const MlineData& mline(dxf::RecordId record) const;
 
   /// The same for a multiline style. Requires of both: the record is of that type.
@@ -186,6 +187,8 @@ class TORVA_API Database final : public KdDbDatabase {
   void noteChanged(dxf::RecordId record);
   /// Takes a style into the drawing, owned by a dictionary, or a multiline into a block. The statuses are those of
   /// KdDbDictionary::setAt() and KdDbBlockTableRecord::appendEntity().
+  /// What was closed last is mostly opened next; of what was closed before the last few the content is let go.
+  void letGoBeside(dxf::RecordId record);
   KdStatus adoptObject(KdDbObject& object, dxf::RecordId dictionary);
   KdStatus adoptEntity(KdDbEntity& entity, dxf::RecordId block);
   /// A dictionary names this object (or kNoRecord) no longer. A style that nobody needs then is dropped at the next flush().
@@ -213,8 +216,10 @@ class TORVA_API Database final : public KdDbDatabase {
   std::vector<dxf::Finding> m_findings;
   std::set<dxf::RecordId> m_lockedEntities;  // that were refused for write
   std::vector<dxf::RecordId> m_open;         // in the order of opening
-  std::vector<dxf::RecordId> m_dirty;        // objects that are newer than their records
-  std::vector<dxf::RecordId> m_unnamed;      // objects that a dictionary named until now
+  std::array<dxf::RecordId, 8> m_lastClosed;
+  std::size_t m_newestClosed = 0;
+  std::vector<dxf::RecordId> m_dirty;    // objects that are newer than their records
+  std::vector<dxf::RecordId> m_unnamed;  // objects that a dictionary named until now
   std::unique_ptr<Structure> m_structure;
   mutable std::shared_ptr<const MlineIndex> m_mlines;  // built on first need
   std::unique_ptr<RecentMlines> m_recentMlines;

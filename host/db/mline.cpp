@@ -23,6 +23,7 @@ bool isFinite(const Triple& triple) {
 }  // namespace
 
 void MlineImp::enter() {
+  if (!m_data) m_data = std::make_shared<MlineData>();
   // Handles of another drawing mean nothing here, names do.
   MlineData& data = own();
   if (m_origin != database()->serial()) data.styleHandle = 0;
@@ -35,11 +36,16 @@ void MlineImp::enter() {
   if (fitting != properties()) m_newProperties = fitting;
 }
 
-void MlineImp::read() {
+std::shared_ptr<const MlineSource> MlineImp::load() const {
   const std::shared_ptr<MlineSource> source = database()->recentMlines().source(record());
   m_data = {source, &source->data};
   m_original.reset();
   if (!file().isChanged(record())) m_original = source;
+  return source;
+}
+
+void MlineImp::read() {
+  const std::shared_ptr<const MlineSource> source = load();
   if (const auto& unreadable = source->unreadable) {
     const std::string name = "MLINE " + formatHandle(file().handle(record()));
     database()->note(
@@ -49,11 +55,22 @@ void MlineImp::read() {
   if (file().isChanged(record())) m_newProperties = readEntityProperties(file(), record());
 }
 
+void MlineImp::letGo() {
+  m_data.reset();
+  m_original.reset();
+}
+
+const MlineData& MlineImp::data() const {
+  static const MlineData kNew;
+  if (!m_data && database()) load();
+  return m_data ? *m_data : kNew;
+}
+
 dxf::RecordText MlineImp::write() const {
   const bool isChanged = file().isChanged(record());
   const std::shared_ptr<const MlineSource> original = isChanged ? nullptr : m_original.lock();
   dxf::RecordText text =
-      original ? writeMline(file(), file().bytes(record()), *original, *m_data) : writeMline(file(), record(), *m_data);
+      original ? writeMline(file(), file().bytes(record()), *original, data()) : writeMline(file(), record(), data());
   if (m_newProperties) return writeEntityProperties(file(), text.bytes(), *m_newProperties);
   // What the record says now is kept by nobody once it says something else; only what the file says stays.
   if (isChanged) (void)text.bytes();
@@ -66,12 +83,12 @@ MlineData& MlineImp::change() {
 }
 
 MlineData& MlineImp::own() {
-  if (m_data.use_count() > 1) {
-    auto copy = std::make_shared<MlineData>();
-    copy->vertices.reserve(m_data->vertices.size() + 1);  // an edit often adds one
-    *copy = *m_data;
-    m_data = std::move(copy);
-  }
+  const MlineData& present = data();
+  if (m_data.use_count() == 1) return *m_data;
+  auto copy = std::make_shared<MlineData>();
+  copy->vertices.reserve(present.vertices.size() + 1);  // an edit often adds one
+  *copy = present;
+  m_data = std::move(copy);
   return *m_data;
 }
 
@@ -88,6 +105,7 @@ void MlineImp::setProperties(EntityProperties properties) {
 void MlineImp::copyFrom(const MlineImp& source) {
   const std::uint32_t from = source.database() ? source.database()->serial() : source.m_origin;
   touch();
+  (void)source.data();
   m_data = source.m_data;
   if (EntityProperties properties = source.properties(); properties != this->properties()) m_newProperties = properties;
   m_origin = from;
@@ -98,12 +116,12 @@ dxf::RecordId MlineImp::style() const {
   const Database* const database = context();
   if (!database) return dxf::kNoRecord;
   const bool hasOwnHandles = this->database() || m_origin == database->serial();
-  return mlineStyleOf(*database, hasOwnHandles ? m_data->styleHandle : 0, m_data->styleName);
+  return mlineStyleOf(*database, hasOwnHandles ? data().styleHandle : 0, data().styleName);
 }
 
 MlineShape MlineImp::shape() const {
   const dxf::RecordId record = style();
-  return shapeOf(*m_data, record == dxf::kNoRecord ? std::nullopt : std::optional(context()->mlineStyle(record)));
+  return shapeOf(data(), record == dxf::kNoRecord ? std::nullopt : std::optional(context()->mlineStyle(record)));
 }
 
 void MlineImp::restyle() {
@@ -120,7 +138,7 @@ void MlineImp::setStyle(dxf::RecordId style) {
 }
 
 bool MlineImp::appendSegments(const std::vector<KdGePoint3d>& points) {
-  if (!isWritable() || points.size() != m_data->vertices.size() || !std::ranges::all_of(points, isFinite<KdGePoint3d>))
+  if (!isWritable() || points.size() != data().vertices.size() || !std::ranges::all_of(points, isFinite<KdGePoint3d>))
     return false;
   MlineData& data = change();
   for (std::size_t i = 0; i < points.size(); ++i) data.vertices[i].position = points[i];
@@ -129,7 +147,7 @@ bool MlineImp::appendSegments(const std::vector<KdGePoint3d>& points) {
 
 bool MlineImp::appendSeg(const std::vector<KdGeVector3d>& vectors, int selector) {
   if (selector != kAxes && selector != kMiters) return false;
-  if (!isWritable() || vectors.size() != m_data->vertices.size() || !std::ranges::all_of(vectors, isFinite<KdGeVector3d>)) {
+  if (!isWritable() || vectors.size() != data().vertices.size() || !std::ranges::all_of(vectors, isFinite<KdGeVector3d>)) {
     return false;
   }
   MlineData& data = change();

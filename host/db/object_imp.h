@@ -52,6 +52,8 @@ class KdDbObjectImp {
   virtual void enter() {}
   /// Reads the content from the record. Requires: the object belongs to a database.
   virtual void read() {}
+  /// Frees content that can be read from the record again. Requires: the content is not newer than the record.
+  virtual void letGo() {}
   /// Name of the layer an entity stands on; empty for what is no entity.
   virtual std::wstring layerName() const;
   /// The multiline side; null for other classes.

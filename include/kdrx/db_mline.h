@@ -39,7 +39,7 @@ class KDRX_API KdDbMline : public KdDbEntity {
   /// Unit direction along which the elements are offset at the vertex; a zero vector when `index` is outside.
   KdGeVector3d miterAt(int index) const;
 
-  /// All vertices as they are stored, without copying them. Valid until the multiline is changed.
+  /// All vertices as they are stored, without copying them. Valid until the multiline is changed or closed.
   std::span<const KdMlineVertex> vertices() const;
   /// Replaces all that is stored at a vertex, adds a vertex in front of one (numVertices(): at the end), or removes some.
   /// All others stay as they are: nothing follows from the change.
@@ -55,7 +55,7 @@ class KDRX_API KdDbMline : public KdDbEntity {
   /// Replaces the element lists at a vertex by the first entry of `parameters`; the element count of the vertex follows it.
   /// @return invalidIndex, invalidInput (no entry, or a value that is no number), notOpen; nothing is changed then
   KdStatus setParametersAt(int index, const std::vector<std::vector<KdMLSegment>>& parameters);
-  /// The same lists without copying them. Valid until the multiline is changed; none when `index` is outside.
+  /// The same lists without copying them. Valid until the multiline is changed or closed; none when `index` is outside.
   const KdMLSegments& segmentsAt(int index) const;
   /// @return invalidIndex, invalidInput (a value that is no number), notOpen; nothing is changed then
   KdStatus setSegmentsAt(int index, const KdMLSegments& segments);

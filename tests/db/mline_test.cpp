@@ -359,6 +359,30 @@ TEST_F(MlineTest, ChangedPropertiesSurviveTheUndoOfALaterEdit) {
   EXPECT_THAT(changes(), IsEmpty()) << "what comes back has the text that it had";
 }
 
+TEST_F(MlineTest, SaysTheSameWhenManyOthersWereOpenedAfterIt) {
+  const auto openOthers = [&] {
+    for (const dxf::Handle other : {0xA1, 0x10, 0x11, 0x14, 0x18, 0x19, 0xC, 0xD, 0x17, 0x1F})
+      open<KdDbObject>(other)->close();
+  };
+  database().beginUndoStep(L"");
+  auto* mline = open<KdDbMline>(0xA0, KdOpenMode::forWrite);
+  setList(*mline, 1, 1, {-0.5, 7});
+  mline->close();
+  openOthers();
+  EXPECT_THAT(listAt(*mline, 1, 1), ElementsAre(-0.5, 7)) << "newer than the record";
+  database().endUndoStep();
+  openOthers();
+  EXPECT_THAT(listAt(*mline, 1, 1), ElementsAre(-0.5, 7)) << "as in the changed record";
+  openOthers();
+  database().undo();
+  EXPECT_THAT(listAt(*mline, 1, 1), ElementsAre(-0.5, 0));
+  openOthers();
+  KdDbMline copy;
+  EXPECT_EQ(copy.copyFrom(mline), KdStatus::ok);
+  EXPECT_THAT(listAt(copy, 1, 1), ElementsAre(-0.5, 0));
+  EXPECT_THAT(changes(), IsEmpty());
+}
+
 TEST(MlineStyleLookup, GoesByHandleThenByNameThenToStandard) {
   const std::pair<const char*, dxf::Handle> cases[] = {
       {"2 DOUBLE\n340 18", 0x18}, {"2 double\n340 BEEF", 0x19}, {"2 DOUBLE\n340 A0", 0x19},
