@@ -104,6 +104,10 @@ dxf::RecordId Database::findSymbol(dxf::RecordType table, std::wstring_view name
   return m_structure->symbol(table, name);
 }
 
+const std::set<dxf::RecordId>& Database::lockedLayers() const {
+  return m_structure->lockedLayers();
+}
+
 const std::vector<dxf::RecordId>& Database::symbols(dxf::RecordType table) const {
   return m_structure->symbols(table);
 }

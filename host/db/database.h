@@ -124,6 +124,8 @@ class TORVA_API Database final : public KdDbDatabase {
   const std::vector<dxf::RecordId>& symbols(dxf::RecordType table) const;
   /// Dictionary entries by path from the root ("ACAD_MLINESTYLE", "STANDARD"); kNoRecord when one is missing.
   dxf::RecordId findInDictionary(std::span<const std::wstring_view> path) const;
+  /// The LAYER records of locked layers. Valid until a layer is added, changed or erased.
+  const std::set<dxf::RecordId>& lockedLayers() const;
   /// The entries of a dictionary as they stand now: of the object when one was made, else read from the record into
   /// `storage`. None for another record.
   const std::vector<DictionaryEntry>& dictionary(dxf::RecordId record, std::vector<DictionaryEntry>& storage) const;

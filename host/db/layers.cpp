@@ -162,11 +162,15 @@ std::vector<LayerData> readLayers(const Database& database) {
   return layers;
 }
 
-bool isOnLockedLayer(const Database& database, dxf::RecordId entity) {
-  const dxf::RecordId layer = database.findSymbol(dxf::RecordType::layer, firstText(database.file(), entity, 8));
-  if (layer == dxf::kNoRecord) return false;
-  const auto flags = firstGroup(database.file().groups(layer), 70);
+bool isLockedLayer(const dxf::DrawingFile& file, dxf::RecordId layer) {
+  const auto flags = firstGroup(file.groups(layer), 70);
   return flags && flags->integerOr(0) & kLockedFlag;
+}
+
+bool isOnLockedLayer(const Database& database, dxf::RecordId entity) {
+  const std::set<dxf::RecordId>& locked = database.lockedLayers();
+  if (locked.empty()) return false;
+  return locked.contains(database.findSymbol(dxf::RecordType::layer, firstText(database.file(), entity, 8)));
 }
 
 void changeLayer(Database& database, dxf::RecordId record, const LayerData& layer) {

@@ -31,6 +31,9 @@ LayerData readLayer(const dxf::DrawingFile& file, dxf::RecordId record);
 /// All layers of a drawing in their order, erased ones left out.
 TORVA_API std::vector<LayerData> readLayers(const Database& database);
 
+/// Whether a LAYER record says that the layer is locked.
+bool isLockedLayer(const dxf::DrawingFile& file, dxf::RecordId layer);
+
 /// Whether an entity's record puts it on a locked layer, where commands leave entities as they are.
 bool isOnLockedLayer(const Database& database, dxf::RecordId entity);
 

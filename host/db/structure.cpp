@@ -1,6 +1,10 @@
 #include "db/structure.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "base/text.h"
+#include "db/layers.h"
 #include "db/record_groups.h"
 
 namespace torva::db {
@@ -61,6 +65,14 @@ RecordId Database::Structure::symbol(RecordType type, std::wstring_view name) {
   return found == names->second.end() ? dxf::kNoRecord : found->second;
 }
 
+const std::set<RecordId>& Database::Structure::lockedLayers() {
+  if (m_lockedLayers) return *m_lockedLayers;
+  std::set<RecordId>& locked = m_lockedLayers.emplace();
+  std::ranges::copy_if(symbols(RecordType::layer), std::inserter(locked, locked.end()),
+                       [this](RecordId layer) { return isLockedLayer(m_file, layer); });
+  return locked;
+}
+
 const Database::Structure::Blocks& Database::Structure::blockIndex() {
   if (m_blocks) return *m_blocks;
   Blocks& blocks = m_blocks.emplace();
@@ -93,18 +105,12 @@ RecordId Database::Structure::rootDictionary() {
   return dxf::kNoRecord;
 }
 
-RecordId Database::Structure::lastOf(std::string_view section) {
-  const auto known = m_lastOfSection.find(section);
-  if (known != m_lastOfSection.end()) return known->second;
-  RecordId last = m_file.section(section);
-  if (last == dxf::kNoRecord) return last;
-  for (RecordId record = m_file.next(last); record != dxf::kNoRecord && !endsSection(m_file.type(record));
-       record = m_file.next(record)) {
-    // New records are added behind the same one each time, which keeps them in the order of their making.
-    if (record < m_file.originalCount()) last = record;
-  }
-  m_lastOfSection.emplace(section, last);
-  return last;
+RecordId Database::Structure::lastOf(std::string_view section) const {
+  const RecordId head = m_file.section(section);
+  if (head == dxf::kNoRecord) return head;
+  // New records are added behind the same one each time, which keeps them in the order of their making.
+  const RecordId last = m_file.sectionEnd(section) - 1;
+  return last > head && m_file.type(last) == RecordType::endsec ? last - 1 : last;
 }
 
 RecordId Database::Structure::lastOfBlock(RecordId block) const {
@@ -118,12 +124,10 @@ RecordId Database::Structure::lastOfBlock(RecordId block) const {
 }
 
 void Database::Structure::forget(RecordType type) {
-  if (type <= RecordType::eof) {
-    m_blocks.reset();
-    m_tables.reset();
-  } else if (type <= RecordType::blockRecord) {
-    m_tables.reset();
-  }
+  if (type > RecordType::blockRecord) return;
+  m_tables.reset();
+  m_lockedLayers.reset();
+  if (type <= RecordType::eof) m_blocks.reset();
 }
 
 }  // namespace torva::db

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <unordered_map>
 
 #include "db/database.h"
@@ -9,7 +10,7 @@
 namespace torva::db {
 
 /// Where things are in a drawing: tables with their symbols, blocks, ends of sections. Each part is built when first asked
-/// for, from the types and names of the records alone, and forgotten when a record of its kind changes.
+/// for, and forgotten when a record of its kind changes.
 class Database::Structure {
  public:
   explicit Structure(const dxf::DrawingFile& file) : m_file(file) {}
@@ -18,6 +19,7 @@ class Database::Structure {
   dxf::RecordId table(std::string_view name);
   const std::vector<dxf::RecordId>& symbols(dxf::RecordType type);
   dxf::RecordId symbol(dxf::RecordType type, std::wstring_view name);
+  const std::set<dxf::RecordId>& lockedLayers();
 
   /// BLOCK records in the order of the file, and one by name, ignoring case; kNoRecord when there is none.
   const std::vector<dxf::RecordId>& blocks();
@@ -28,7 +30,7 @@ class Database::Structure {
 
   /// The last record of a section before its end; of one without content the SECTION record. kNoRecord when there is no such
   /// section.
-  dxf::RecordId lastOf(std::string_view section);
+  dxf::RecordId lastOf(std::string_view section) const;
   /// The record before the ENDBLK of a block.
   dxf::RecordId lastOfBlock(dxf::RecordId block) const;
 
@@ -51,8 +53,8 @@ class Database::Structure {
 
   const dxf::DrawingFile& m_file;
   std::optional<Tables> m_tables;
+  std::optional<std::set<dxf::RecordId>> m_lockedLayers;
   std::optional<Blocks> m_blocks;
-  std::map<std::string, dxf::RecordId, std::less<>> m_lastOfSection;
 };
 
 }  // namespace torva::db

@@ -307,6 +307,11 @@ RecordId DrawingFile::section(std::string_view name) const {
   return section == nullptr ? kNoRecord : section->first;
 }
 
+RecordId DrawingFile::sectionEnd(std::string_view name) const {
+  const Section* section = m_imp->m_drawing.section(name);
+  return section == nullptr ? kNoRecord : section->end;
+}
+
 std::size_t DrawingFile::place(RecordId id) const {
   return m_imp->m_edits.isInserted(id) ? 0 : m_imp->placeAt(m_imp->m_drawing.outline.index.offset(id));
 }

@@ -108,6 +108,9 @@ class TORVA_API DrawingFile {
   RecordId anchor(RecordId id) const;
   /// The first record of a section by its name ("TABLES"): the SECTION record itself; kNoRecord when there is none.
   RecordId section(std::string_view name) const;
+  /// The original record behind the last one of that section, ENDSEC included where there is one; kNoRecord when there is no
+  /// such section.
+  RecordId sectionEnd(std::string_view name) const;
 
   /// Line, counted from 1, (text form) or byte offset (binary form) at which an original record begins; 0 for new records.
   /// Costs a scan.

@@ -42,6 +42,7 @@ TEST_F(DatabaseTest, ManyReadersOrOneWriterMayHoldAnObject) {
 
 TEST_F(DatabaseTest, EntitiesOnLockedLayersAreRefusedToWritersFromOutside) {
   const dxf::RecordId walls = database().recordOf(id(0x11)), mline = database().recordOf(id(0xA0));
+  open<KdDbMline>(0xA0, KdOpenMode::forWrite)->close();
   db::LayerData layer = db::readLayer(database().file(), walls);
   layer.isLocked = true;
   db::changeLayer(database(), walls, layer);
