@@ -162,10 +162,15 @@ void Database::setErased(dxf::RecordId record, bool isErased) {
 }
 
 const MlineData& Database::mline(dxf::RecordId record) const {
+  const MlineData* const known = knownMline(record);
+  return known ? *known : m_recentMlines->source(record)->data;
+}
+
+const MlineData* Database::knownMline(dxf::RecordId record) const {
   if (const KdDbObject* object = loaded(record)) {
-    return static_cast<const MlineImp*>(KdDbSystemInternals::getImpObject(object))->data();
+    return &static_cast<const MlineImp*>(KdDbSystemInternals::getImpObject(object))->data();
   }
-  return m_recentMlines->source(record)->data;
+  return m_recentMlines->known(record);
 }
 
 MlineStyleData Database::mlineStyle(dxf::RecordId record) const {

@@ -78,6 +78,8 @@ class TORVA_API Database final : public KdDbDatabase {
   /// The multiline of a record as it stands now: of the object when one was made, else read from the record. Valid until the
   /// next call, or until an object is closed.
   const MlineData& mline(dxf::RecordId record) const;
+  /// The same when it need not be read from a record of the file; else null.
+  const MlineData* knownMline(dxf::RecordId record) const;
 
   /// The same for a multiline style. Requires of both: the record is of that type.
   MlineStyleData mlineStyle(dxf::RecordId record) const;
@@ -122,10 +124,10 @@ class TORVA_API Database final : public KdDbDatabase {
   dxf::RecordId findSymbol(dxf::RecordType table, std::wstring_view name) const;
   /// All records of a symbol table, in order, erased ones left out. Valid until a symbol is added or erased.
   const std::vector<dxf::RecordId>& symbols(dxf::RecordType table) const;
-  /// Dictionary entries by path from the root ("ACAD_MLINESTYLE", "STANDARD"); kNoRecord when one is missing.
-  dxf::RecordId findInDictionary(std::span<const std::wstring_view> path) const;
   /// The LAYER records of locked layers. Valid until a layer is added, changed or erased.
   const std::set<dxf::RecordId>& lockedLayers() const;
+  /// Dictionary entries by path from the root ("ACAD_MLINESTYLE", "STANDARD"); kNoRecord when one is missing.
+  dxf::RecordId findInDictionary(std::span<const std::wstring_view> path) const;
   /// The entries of a dictionary as they stand now: of the object when one was made, else read from the record into
   /// `storage`. None for another record.
   const std::vector<DictionaryEntry>& dictionary(dxf::RecordId record, std::vector<DictionaryEntry>& storage) const;
@@ -185,12 +187,12 @@ class TORVA_API Database final : public KdDbDatabase {
   // For the objects: what happens to them.
   void noteOpened(dxf::RecordId record) { m_open.push_back(record); }
   void noteClosed(dxf::RecordId record);
+  /// What was closed last is mostly opened next; of what was closed before the last few the content is let go.
+  void letGoBeside(dxf::RecordId record);
   void noteDirty(dxf::RecordId record);
   void noteChanged(dxf::RecordId record);
   /// Takes a style into the drawing, owned by a dictionary, or a multiline into a block. The statuses are those of
   /// KdDbDictionary::setAt() and KdDbBlockTableRecord::appendEntity().
-  /// What was closed last is mostly opened next; of what was closed before the last few the content is let go.
-  void letGoBeside(dxf::RecordId record);
   KdStatus adoptObject(KdDbObject& object, dxf::RecordId dictionary);
   KdStatus adoptEntity(KdDbEntity& entity, dxf::RecordId block);
   /// A dictionary names this object (or kNoRecord) no longer. A style that nobody needs then is dropped at the next flush().

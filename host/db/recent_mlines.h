@@ -14,6 +14,8 @@ class RecentMlines {
 
   /// What an MLINE record says, shared with all who ask for it: nobody changes it.
   std::shared_ptr<MlineSource> source(dxf::RecordId record);
+  /// The same without reading: null for a record that is not among the last few.
+  const MlineData* known(dxf::RecordId record) const;
 
  private:
   struct Entry {

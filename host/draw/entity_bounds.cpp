@@ -1,6 +1,7 @@
 #include "draw/entity_bounds.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "base/numbers.h"
 #include "db/polyline_flags.h"
@@ -28,38 +29,28 @@ void EntityBounds::clear() {
 Box3 EntityBounds::of(dxf::RecordId entity, Level level) {
   const dxf::DrawingFile& file = m_database.file();
   if (file.isErased(entity)) return {};
-  const Box3 box = m_isPlainText ? scanned(TextScan(file.bytes(entity)), entity, level)
-                                 : scanned(GroupScan(file.groups(entity)), entity, level);
+  const RecordType type = file.type(entity);
+  const Box3 box = m_isPlainText ? scanned(TextScan(file.bytes(entity)), type, entity, level)
+                                 : scanned(GroupScan(file.groups(entity)), type, entity, level);
   if (box.isEmpty() || isFinite(box)) return padded(box);
   // Shapes that are not finite are not drawn, but parts of the entity may be.
   return level == Level::inBlock ? Box3{} : drawn(entity);
 }
 
 template <class Scan>
-Box3 EntityBounds::scanned(Scan scan, dxf::RecordId entity, Level level) {
-  const dxf::DrawingFile& file = m_database.file();
+Box3 EntityBounds::scanned(Scan scan, RecordType type, dxf::RecordId entity, Level level) {
   Facts facts;
   Box3 box;
-  switch (file.type(entity)) {
-    case RecordType::mline: {
-      MlineHead mline;
-      MlineExtents extents;
-      const bool isRead =
-          m_isPlainText && !m_database.hasObject(entity) && readUsualMline(file.bytes(entity), facts, mline, extents);
-      if (isRead) {
-        box = extents.box(style(mline.styleHandle, mline.styleName), mline.ends());
-        break;
-      }
-      readCommonFacts(scan, facts);
-      box = mlineBox(entity);
+  switch (type) {
+    case RecordType::mline:
+      box = mlineBox(scan, entity, facts);
       break;
-    }
     case RecordType::lwpolyline:
       box = readLightweight(scan, facts);
       break;
     case RecordType::hatch: {
       const auto straight = readStraightHatch(scan, facts);
-      box = inWorld(straight ? *straight : hatchExtents(file.groups(entity)), facts.extrusion);
+      box = inWorld(straight ? *straight : hatchExtents(m_database.file().groups(entity)), facts.extrusion);
       break;
     }
     case RecordType::spline:
@@ -84,7 +75,7 @@ Box3 EntityBounds::scanned(Scan scan, dxf::RecordId entity, Level level) {
     case RecordType::dimension:
     case RecordType::image:
     case RecordType::wipeout:
-      readFacts(scan, facts, file.type(entity));
+      readFacts(scan, facts, type);
       return isShown(facts, level) ? shapeBox(entity, facts, level) : Box3{};
     default:
       return {};
@@ -94,12 +85,17 @@ Box3 EntityBounds::scanned(Scan scan, dxf::RecordId entity, Level level) {
 
 bool EntityBounds::mayMeet(dxf::RecordId entity, const Box3& box) {
   const dxf::DrawingFile& file = m_database.file();
-  if (!m_isPlainText || file.type(entity) != RecordType::mline || m_database.hasObject(entity)) return true;
+  if (file.type(entity) != RecordType::mline) return true;
+  MlineProbe probe(box);
+  if (const db::MlineData* known = m_database.knownMline(entity)) {
+    collect(*known, probe);
+    return probe.isMet(known->isClosed, endsOf(*known), m_symbols.mlineStyle(known->styleHandle, known->styleName));
+  }
+  if (!m_isPlainText) return true;
   Facts facts;
   MlineHead mline;
-  MlineProbe probe(box);
-  const bool isUsual = readUsualMline(file.bytes(entity), facts, mline, probe);
-  return !isUsual || probe.isMet(mline, style(mline.styleHandle, mline.styleName));
+  const bool isUsual = readUsualMline(TextScan(file.bytes(entity)), facts, mline, probe);
+  return !isUsual || probe.isMet(mline.isClosed(), mline.ends(), style(mline.styleHandle, mline.styleName));
 }
 
 Box3 EntityBounds::drawn(dxf::RecordId entity) const {
@@ -119,7 +115,15 @@ EntityFacts EntityBounds::factsOf(dxf::RecordId record) const {
   return facts;
 }
 
-Box3 EntityBounds::mlineBox(dxf::RecordId entity) const {
+template <class Scan>
+Box3 EntityBounds::mlineBox(Scan scan, dxf::RecordId entity, Facts& facts) {
+  if constexpr (std::is_same_v<Scan, TextScan>) {
+    MlineHead mline;
+    MlineExtents extents;
+    const bool isRead = !m_database.hasObject(entity) && readUsualMline(scan, facts, mline, extents);
+    if (isRead) return extents.box(style(mline.styleHandle, mline.styleName), mline.ends());
+  }
+  readCommonFacts(scan, facts);
   const db::MlineData& mline = m_database.mline(entity);
   return mlineExtents(mline, m_symbols.mlineStyle(mline.styleHandle, mline.styleName));
 }

@@ -44,11 +44,12 @@ class EntityBounds {
 
   geom::Box3 of(dxf::RecordId entity, Level level);
   template <class Scan>
-  geom::Box3 scanned(Scan scan, dxf::RecordId entity, Level level);
+  geom::Box3 scanned(Scan scan, dxf::RecordType type, dxf::RecordId entity, Level level);
   geom::Box3 drawn(dxf::RecordId entity) const;
   Facts factsOf(dxf::RecordId record) const;
 
-  geom::Box3 mlineBox(dxf::RecordId entity) const;
+  template <class Scan>
+  geom::Box3 mlineBox(Scan scan, dxf::RecordId entity, Facts& facts);
   geom::Box3 shapeBox(dxf::RecordId entity, const Facts& facts, Level level);
   geom::Box3 insertBox(dxf::RecordId entity, const Facts& facts, Level level);
   geom::Box3 polylineBox(dxf::RecordId entity, const Facts& facts);

@@ -48,6 +48,9 @@ class TextScan {
     return realOf(value, m_points >> (m_value - m_block));
   }
 
+  /// Where the record ends.
+  const char* end() const { return m_end; }
+
   static bool isOwnPart(int code) {
     constexpr int kFirstExtendedData = 1000, kEmbeddedObject = 101;
     return code < kFirstExtendedData && code != kEmbeddedObject && code != dxf::kUnreadableCode;

@@ -265,21 +265,14 @@ geom::Box3 MlineExtents::box(const db::MlineStyleData& style, const MlineEnds& e
   return box;
 }
 
+MlineEnds endsOf(const db::MlineData& mline) {
+  return {!mline.isClosed && !mline.suppressesStartCaps, !mline.isClosed && !mline.suppressesEndCaps};
+}
+
 geom::Box3 mlineExtents(const db::MlineData& mline, const db::MlineStyleData& style) {
   MlineExtents extents;
-  for (const MlineVertex& vertex : mline.vertices) {
-    extents.beginVertex();
-    extents.position() = vertex.position;
-    extents.miter() = vertex.miter;
-    for (std::size_t i = 0; i < vertex.elements.size(); ++i) {
-      const std::span<const double> values = vertex.elements[i].elementParameters;
-      if (values.empty()) continue;
-      extents.addOffset(values.front());
-      for (const double value : values.subspan(1)) extents.addCut(vertex.axis * value);
-    }
-    extents.endVertex();
-  }
-  return extents.box(style, {!mline.isClosed && !mline.suppressesStartCaps, !mline.isClosed && !mline.suppressesEndCaps});
+  collect(mline, extents);
+  return extents.box(style, endsOf(mline));
 }
 
 }  // namespace torva::draw

@@ -31,6 +31,8 @@ struct MlineEnds {
   bool canHaveStartCaps = true, canHaveEndCaps = true;
 };
 
+MlineEnds endsOf(const db::MlineData& mline);
+
 /// Collects the extents of a multiline vertex by vertex, without building anything.
 class MlineExtents {
  public:
@@ -84,6 +86,24 @@ class MlineExtents {
   bool m_hasFirst = false;
   geom::Box3 m_vertexBox, m_points;
 };
+
+/// Hands a multiline's vertices to a collector like MlineExtents, until that is done.
+template <class Collector>
+void collect(const db::MlineData& mline, Collector& collector) {
+  for (const db::MlineVertex& vertex : mline.vertices) {
+    if (collector.isDone()) return;
+    collector.beginVertex();
+    collector.position() = vertex.position;
+    collector.miter() = vertex.miter;
+    for (std::size_t i = 0; i < vertex.elements.size(); ++i) {
+      const std::span<const double> values = vertex.elements[i].elementParameters;
+      if (values.empty()) continue;
+      collector.addOffset(values.front());
+      for (const double value : values.subspan(1)) collector.addCut(vertex.axis * value);
+    }
+    collector.endVertex();
+  }
+}
 
 geom::Box3 mlineExtents(const db::MlineData& mline, const db::MlineStyleData& style);
 

@@ -186,11 +186,11 @@ class MlineProbe {
 
   /// Whether one was met already: what follows makes no difference then.
   bool isDone() const { return m_isMet; }
-  bool isMet(const MlineHead& head, const db::MlineStyleData& style) {
-    if (head.isClosed()) m_before.add(m_first);
+  bool isMet(bool isClosed, const MlineEnds& ends, const db::MlineStyleData& style) {
+    if (isClosed) m_before.add(m_first);
     check(m_before);
-    check(m_extents.startCap(style, head.ends()));
-    check(m_extents.endCap(style, head.ends()));
+    check(m_extents.startCap(style, ends));
+    check(m_extents.endCap(style, ends));
     return m_isMet;
   }
 
@@ -268,8 +268,7 @@ bool takeUsualVertex(dxf::TextCursor& cursor, Collector& extents, std::string_vi
 /// Reads until the collector says that it is done. False for a record in any other
 /// order, and for one with a number that is none.
 template <class Collector>
-bool readUsualMline(std::string_view record, EntityFacts& facts, MlineHead& mline, Collector& extents) {
-  TextScan scan(record);
+bool readUsualMline(TextScan scan, EntityFacts& facts, MlineHead& mline, Collector& extents) {
   for (;;) {
     if (!scan.next()) return true;
     const int code = scan.code();
@@ -280,7 +279,7 @@ bool readUsualMline(std::string_view record, EntityFacts& facts, MlineHead& mlin
     if (code == 2) mline.styleName = scan.text();
     if (code == 71) mline.flags = static_cast<int>(scan.real());
   }
-  const char* const end = record.data() + record.size();
+  const char* const end = scan.end();
   dxf::TextCursor cursor(scan.text().data(), end);
   std::string_view formerLists;
   do {
