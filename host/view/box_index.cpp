@@ -92,6 +92,21 @@ void arrange(std::vector<BoxIndex::Entry>& entries, std::vector<Key>& keys) {
   }
 }
 
+/// Whether the runs are about as small as runs of neighbours would be: the sum of their areas tells in how many of them a
+/// point lies on average. People draw one part after the other, so that the order in the drawing will mostly do.
+bool areCompact(const std::vector<SmallBox>& runs) {
+  constexpr double kMostAtAPoint = 10;
+  SmallBox all = SmallBox::empty();
+  for (const SmallBox& run : runs) all.add(run);
+  const auto extent = [](const SmallBox& box, int axis) { return double{box.max[axis]} - double{box.min[axis]}; };
+  // Runs without any width are looked at too where they are near.
+  const double margin = std::max(extent(all, 0), extent(all, 1)) / std::sqrt(static_cast<double>(runs.size()));
+  const auto area = [&](const SmallBox& box) { return (extent(box, 0) + margin) * (extent(box, 1) + margin); };
+  double sum = 0;
+  for (const SmallBox& run : runs) sum += area(run);
+  return sum <= kMostAtAPoint * area(all);
+}
+
 }  // namespace
 
 SmallBox SmallBox::around(const geom::Box3& box) {
@@ -118,18 +133,27 @@ void BoxIndex::build(std::vector<Entry> entries) {
   m_places.clear();
   m_idLimit = 0;
   for (const Entry& entry : m_entries) m_idLimit = std::max(m_idLimit, entry.id + 1);
-  std::vector<Key> keys = keysAlongCurve(m_entries);
-  sortByPosition(keys);
-  arrange(m_entries, keys);
+  findRuns();
+  if (!areCompact(m_runs)) {
+    std::vector<Key> keys = keysAlongCurve(m_entries);
+    sortByPosition(keys);
+    arrange(m_entries, keys);
+    findRuns();
+  }
   std::vector<Value> runs;
-  runs.reserve(m_entries.size() / kRun + 1);
+  runs.reserve(m_runs.size());
+  for (const SmallBox& run : m_runs) runs.emplace_back(planOf(run), static_cast<std::uint32_t>(runs.size()));
+  m_runTree = Tree(runs);
+}
+
+void BoxIndex::findRuns() {
+  m_runs.clear();
+  m_runs.reserve(m_entries.size() / kRun + 1);
   for (std::size_t begin = 0; begin < m_entries.size(); begin += kRun) {
     SmallBox box = SmallBox::empty();
     for (std::size_t i = begin; i < std::min<std::size_t>(begin + kRun, m_entries.size()); ++i) box.add(m_entries[i].box);
-    runs.emplace_back(planOf(box), static_cast<std::uint32_t>(m_runs.size()));
     m_runs.push_back(box);
   }
-  m_runTree = Tree(runs);
 }
 
 void BoxIndex::set(dxf::RecordId id, const geom::Box3& box) {

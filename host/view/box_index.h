@@ -66,6 +66,9 @@ class BoxIndex {
 
   static constexpr std::uint32_t kRun = 16;
 
+  /// The boxes of the runs of m_entries.
+  void findRuns();
+
   static Box planOf(const SmallBox& box) { return {{box.min[0], box.min[1]}, {box.max[0], box.max[1]}}; }
 
   template <class Meets, class Visit>

@@ -1,10 +1,13 @@
 #include "view/picker.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 
 #include "draw/sample_drawing.h"
+#include "view/box_index.h"
 #include "view/hit_test.h"
 
 namespace torva::view {
@@ -154,6 +157,36 @@ TEST(Picker, KnowsTheExtents) {
   EXPECT_LE(box.min.distanceTo({-5, 1, 0}), 1e-9);
   EXPECT_LE(box.max.distanceTo({20, 7, 0}), 1e-9);
   EXPECT_TRUE(Picker(*test::SampleDrawing{}.open()).extents().isEmpty());
+}
+
+TEST(BoxIndex, FindsTheBoxesThatMeetInWhateverOrderTheyCome) {
+  constexpr int kRows = 60;
+  std::mt19937 random(9);
+  std::uniform_real_distribution<> within(0, 1), place(0, kRows);
+  std::vector<BoxIndex::Entry> entries;
+  for (dxf::RecordId id = 0; id < kRows * kRows; ++id) {
+    const KdGePoint3d at{id % kRows + within(random), static_cast<double>(id / kRows), 0};
+    entries.push_back({id, SmallBox::around({at, at + KdGeVector3d{within(random), within(random), 0}})});
+  }
+  std::vector<BoxIndex::Entry> shuffled = entries;
+  std::ranges::shuffle(shuffled, random);
+  for (const auto& order : {entries, shuffled}) {
+    BoxIndex index;
+    index.build(order);
+    std::size_t hits = 0;
+    for (int i = 0; i < 100; ++i) {
+      const KdGePoint3d at{place(random), place(random), 0};
+      const SmallBox wanted = SmallBox::around({at, at + KdGeVector3d{3 * within(random), 3 * within(random), 0}});
+      std::set<dxf::RecordId> found, expected;
+      index.query(wanted, [&](const BoxedEntity& entry) { return found.insert(entry.id).second; });
+      for (const BoxedEntity& entry : entries) {
+        if (entry.box.meetsInPlan(wanted)) expected.insert(entry.id);
+      }
+      ASSERT_EQ(found, expected);
+      hits += found.size();
+    }
+    EXPECT_GT(hits, std::size_t{200});
+  }
 }
 
 }  // namespace
