@@ -97,7 +97,13 @@ std::optional<std::uint64_t> parseHandle(std::string_view text) {
 }
 
 std::string formatReal(double value) {
-  if (!std::isfinite(value)) return "0.0";
+  std::string text;
+  appendReal(text, value);
+  return text;
+}
+
+void appendReal(std::string& text, double value) {
+  if (!std::isfinite(value)) value = 0;
   constexpr double kFixedBelow = 1e16;
   constexpr double kFixedFrom = 1e-5;
   const double size = std::fabs(value);
@@ -105,11 +111,11 @@ std::string formatReal(double value) {
   std::array<char, 40> buffer;
   const auto format = isFixed ? std::chars_format::fixed : std::chars_format::scientific;
   const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format);
-  std::string text(buffer.data(), end);
-  const auto exponent = std::min(text.find('e'), text.size());
-  if (exponent < text.size()) text[exponent] = 'E';
-  if (text.find('.') == std::string::npos) text.insert(exponent, ".0");
-  return text;
+  const std::string_view digits(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+  const std::string_view mantissa = digits.substr(0, digits.find('e'));
+  text.append(mantissa);
+  if (mantissa.find('.') == std::string_view::npos) text.append(".0");
+  if (mantissa.size() < digits.size()) text.append("E").append(digits.substr(mantissa.size() + 1));
 }
 
 std::string formatHandle(std::uint64_t handle) {

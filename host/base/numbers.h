@@ -22,6 +22,8 @@ std::optional<std::uint64_t> parseHandle(std::string_view text);
 
 /// The shortest text that reads back as the same value, at least one digit after a decimal point ("1.0", "2.5E-16").
 TORVA_API std::string formatReal(double value);
+/// The same at the end of a text.
+void appendReal(std::string& text, double value);
 
 /// Capital hexadecimal digits without leading zeros.
 std::string formatHandle(std::uint64_t handle);

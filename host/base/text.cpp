@@ -41,7 +41,7 @@ Sequence sequenceAt(std::string_view text, std::size_t at) {
   return c >= 0x10000 && c <= 0x10FFFF ? Sequence{static_cast<wchar_t>(c), 4} : Sequence{};
 }
 
-void appendUtf8(std::string& out, std::uint32_t c) {
+void appendCharacter(std::string& out, std::uint32_t c) {
   if (c < 0x80) {
     out += static_cast<char>(c);
   } else if (c < 0x800) {
@@ -107,18 +107,28 @@ std::wstring wideFromUtf8(std::string_view text) {
 }
 
 std::string utf8FromWide(std::wstring_view text) {
-  if (isAscii(text)) return {text.begin(), text.end()};
   std::string bytes;
-  bytes.reserve(text.size());
+  appendUtf8(bytes, text);
+  return bytes;
+}
+
+void appendUtf8(std::string& bytes, std::wstring_view text) {
+  const std::size_t former = bytes.size();
+  if (isAscii(text)) {
+    bytes.resize(former + text.size());
+    std::ranges::transform(text, bytes.begin() + static_cast<std::ptrdiff_t>(former),
+                           [](wchar_t c) { return static_cast<char>(c); });
+    return;
+  }
+  bytes.reserve(former + text.size());
   for (const wchar_t c : text) {
     if (const auto raw = rawByte(c)) {
       bytes += *raw;
     } else {
       const bool isCharacter = (c >= 0 && c < 0xD800) || (c > 0xDFFF && c <= 0x10FFFF);
-      appendUtf8(bytes, static_cast<std::uint32_t>(isCharacter ? c : L'\xFFFD'));
+      appendCharacter(bytes, static_cast<std::uint32_t>(isCharacter ? c : L'\xFFFD'));
     }
   }
-  return bytes;
 }
 
 wchar_t rawByteCharacter(char byte) {

@@ -12,6 +12,8 @@ namespace torva {
 /// nothing is lost on the way.
 TORVA_API std::wstring wideFromUtf8(std::string_view text);
 TORVA_API std::string utf8FromWide(std::wstring_view text);
+/// The same at the end of `bytes`.
+void appendUtf8(std::string& bytes, std::wstring_view text);
 /// Whether all of `text` is well-formed UTF-8.
 bool isUtf8(std::string_view text);
 

@@ -12,6 +12,11 @@ bool isBlank(wchar_t c) {
   return c == L' ' || (c >= L'\t' && c <= L'\r');
 }
 
+/// Whether a character is neither a blank nor may begin a ^C: nearly all are.
+bool isPlain(wchar_t c) {
+  return c > L' ' && c != L'^';
+}
+
 Answer textOrEmpty(std::wstring text) {
   if (text.empty()) return {Answer::Kind::empty};
   return {Answer::Kind::text, std::move(text)};
@@ -29,7 +34,9 @@ Answer AnswerLine::next() {
   m_isFresh = false;
   if (m_position < m_text.size() && m_text[m_position] == L'"') return quoted();
   const std::size_t start = m_position;
-  for (; m_position < m_text.size() && !isBlank(m_text[m_position]); ++m_position) {
+  for (; m_position < m_text.size(); ++m_position) {
+    if (isPlain(m_text[m_position])) continue;
+    if (isBlank(m_text[m_position])) break;
     if (const std::size_t length = cancelLength(m_position)) {
       m_position += length;
       skipBlanks();

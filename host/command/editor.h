@@ -103,22 +103,22 @@ class TORVA_API Editor {
   int initGet(int flags, const wchar_t* keywords);
   /// What the next input call may show for the cursor; to be called after initGet(), which takes it back.
   void offerPreview(Preview preview);
-  int getKeyword(const std::wstring& prompt, std::wstring& keyword);
+  int getKeyword(std::wstring prompt, std::wstring& keyword);
   /// @param picks whether it is one of several that are chosen, also by windows
-  int selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs, Picks picks = Picks::one);
+  int selectEntity(std::wstring prompt, KdDbObjectId& id, KdGePoint3d& pointUcs, Picks picks = Picks::one);
   /// What a pick at a point gives, see view::Picker::pick(): PICKBOX says how near it has to be.
   dxf::RecordId entityAt(const KdGePoint3d& pointWcs);
   /// The entities in a window of the view between two opposite corners, in drawing order.
   std::vector<dxf::RecordId> entitiesIn(const KdGePoint3d& cornerWcs, const KdGePoint3d& oppositeWcs, view::WindowRule rule);
   /// The corner of a window opposite to `firstUcs`.
-  int getCorner(const KdGePoint3d& firstUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
-  int getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs);
-  int getReal(const std::wstring& prompt, double& value);
+  int getCorner(const KdGePoint3d& firstUcs, std::wstring prompt, KdGePoint3d& pointUcs);
+  int getPoint(const KdGePoint3d* baseUcs, std::wstring prompt, KdGePoint3d& pointUcs);
+  int getReal(std::wstring prompt, double& value);
   /// Asks for a number, or a point, which gives its distance from `baseUcs`.
-  int getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, double& value);
-  int getInteger(const std::wstring& prompt, int& value);
+  int getDistance(const KdGePoint3d& baseUcs, std::wstring prompt, double& value);
+  int getInteger(std::wstring prompt, int& value);
   /// An answer that is an offered keyword ends with kKdInputKeyword here too.
-  int getString(const std::wstring& prompt, Blanks blanks, std::wstring& text);
+  int getString(std::wstring prompt, Blanks blanks, std::wstring& text);
   /// Asks for a file, with the chooser if there is one; statuses as of kdedGetFileD().
   int getFile(const FileRequest& request, std::wstring& path);
   /// How files are asked for from now on; null: at the command line.

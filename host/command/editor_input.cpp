@@ -43,22 +43,22 @@ const std::wstring& Editor::lastKeyword() const {
   return m_session->lastKeyword;
 }
 
-int Editor::getKeyword(const std::wstring& prompt, std::wstring& keyword) {
+int Editor::getKeyword(std::wstring prompt, std::wstring& keyword) {
   const auto acceptNone = [](const std::wstring&, int) { return std::optional<int>(); };
-  const int status = m_session->request({Question::Kind::keyword, prompt}, acceptNone);
+  const int status = m_session->request({Question::Kind::keyword, std::move(prompt)}, acceptNone);
   if (status != kKdInputKeyword) return status;
   keyword = m_session->lastKeyword;
   return kKdInputNormal;
 }
 
-int Editor::getPoint(const KdGePoint3d* baseUcs, const std::wstring& prompt, KdGePoint3d& pointUcs) {
-  Question question{Question::Kind::point, prompt};
+int Editor::getPoint(const KdGePoint3d* baseUcs, std::wstring prompt, KdGePoint3d& pointUcs) {
+  Question question{Question::Kind::point, std::move(prompt)};
   if (baseUcs) question.base = *baseUcs;
   return askPoint(std::move(question), pointUcs);
 }
 
-int Editor::getCorner(const KdGePoint3d& firstUcs, const std::wstring& prompt, KdGePoint3d& pointUcs) {
-  return askPoint({Question::Kind::corner, prompt, {}, firstUcs}, pointUcs);
+int Editor::getCorner(const KdGePoint3d& firstUcs, std::wstring prompt, KdGePoint3d& pointUcs) {
+  return askPoint({Question::Kind::corner, std::move(prompt), {}, firstUcs}, pointUcs);
 }
 
 int Editor::askPoint(Question question, KdGePoint3d& pointUcs) {
@@ -75,17 +75,17 @@ int Editor::askPoint(Question question, KdGePoint3d& pointUcs) {
   return m_session->request(std::move(question), accept);
 }
 
-int Editor::getReal(const std::wstring& prompt, double& value) {
+int Editor::getReal(std::wstring prompt, double& value) {
   const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
     const auto number = parseNumber(text);
     if (!number || !accepted(*number, flags)) return std::nullopt;
     value = *number;
     return kKdInputNormal;
   };
-  return m_session->request({Question::Kind::real, prompt}, accept);
+  return m_session->request({Question::Kind::real, std::move(prompt)}, accept);
 }
 
-int Editor::getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, double& value) {
+int Editor::getDistance(const KdGePoint3d& baseUcs, std::wstring prompt, double& value) {
   const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
     auto distance = parseNumber(text);
     if (const auto point = parsePoint(text, {baseUcs, baseUcs.z})) distance = baseUcs.distanceTo(*point);
@@ -93,29 +93,29 @@ int Editor::getDistance(const KdGePoint3d& baseUcs, const std::wstring& prompt, 
     value = *distance;
     return kKdInputNormal;
   };
-  return m_session->request({Question::Kind::distance, prompt, {}, baseUcs}, accept);
+  return m_session->request({Question::Kind::distance, std::move(prompt), {}, baseUcs}, accept);
 }
 
-int Editor::getInteger(const std::wstring& prompt, int& value) {
+int Editor::getInteger(std::wstring prompt, int& value) {
   const auto accept = [&](const std::wstring& text, int flags) -> std::optional<int> {
     const auto number = parseInteger(utf8FromWide(text));
     if (!number || *number != static_cast<int>(*number) || !accepted(*number, flags)) return std::nullopt;
     value = static_cast<int>(*number);
     return kKdInputNormal;
   };
-  return m_session->request({Question::Kind::integer, prompt}, accept);
+  return m_session->request({Question::Kind::integer, std::move(prompt)}, accept);
 }
 
-int Editor::getString(const std::wstring& prompt, Blanks blanks, std::wstring& text) {
+int Editor::getString(std::wstring prompt, Blanks blanks, std::wstring& text) {
   const auto accept = [&](const std::wstring& answer, int) -> std::optional<int> {
     text = answer;
     return kKdInputNormal;
   };
   const auto kind = blanks == Blanks::endAnswer ? Question::Kind::word : Question::Kind::text;
-  return m_session->request({kind, prompt}, accept);
+  return m_session->request({kind, std::move(prompt)}, accept);
 }
 
-int Editor::selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint3d& pointUcs, Picks picks) {
+int Editor::selectEntity(std::wstring prompt, KdDbObjectId& id, KdGePoint3d& pointUcs, Picks picks) {
   const auto pickAt = [&](const KdGePoint3d& point) {
     pointUcs = point;
     m_variables.setInternally(L"LASTPOINT", point);
@@ -132,7 +132,7 @@ int Editor::selectEntity(const std::wstring& prompt, KdDbObjectId& id, KdGePoint
     return pickByPoint(*point, id);
   };
   const auto kind = picks == Picks::one ? Question::Kind::entity : Question::Kind::selection;
-  const int status = m_session->request({kind, prompt}, accept);
+  const int status = m_session->request({kind, std::move(prompt)}, accept);
   if (status != kKdInputNone) return status;
   m_variables.setInternally(L"ERRNO", static_cast<int>(kKdErrnoEmptyAnswer));
   return kKdInputError;

@@ -203,7 +203,7 @@ int kdedGetInput(wchar_t* keyword) noexcept {
 
 int kdedGetVar(const wchar_t* name, KdResbuf* value) noexcept {
   return withEditor([&](Editor& editor) {
-    const auto found = editor.variable(textOf(name));
+    const auto found = editor.variable(name ? name : L"");
     return found && value ? storeValue(*found, *value) : kKdInputError;
   });
 }

@@ -93,12 +93,11 @@ void Editor::Session::write(std::wstring_view text) {
 }
 
 void Editor::Session::writeLine(std::wstring_view text, std::wstring_view more) {
-  std::wstring line;
-  line.reserve(text.size() + more.size() + 2);
-  if (!m_isAtLineStart) line += L'\n';
-  line.append(text).append(more);
-  if (line.empty() || line.back() != L'\n') line += L'\n';
-  write(line);
+  m_line.clear();
+  if (!m_isAtLineStart) m_line += L'\n';
+  m_line.append(text).append(more);
+  if (m_line.empty() || m_line.back() != L'\n') m_line += L'\n';
+  write(m_line);
 }
 
 void Editor::Session::show(Question& question, Restrictions& now) {

@@ -19,7 +19,7 @@ void KdMLSegmentsBuilder::growBlock() {
 }
 
 KdMLSegments KdMLSegmentsBuilder::take() {
-  if (!m_lastEnds || *m_lastEnds != m_ends) m_lastEnds = std::make_shared<const KdMLSegments::Ends>(m_ends);
+  if (!m_lastEnds || *m_lastEnds != m_ends) m_lastEnds = std::make_shared<KdMLSegments::Ends>(m_ends);
   KdMLSegments segments;
   segments.m_ends = m_lastEnds;
   segments.m_values = {m_block, m_block.get() + m_blockBegin};
@@ -68,11 +68,11 @@ void KdMLSegments::set(std::size_t element, const KdMLSegmentView& lists) {
   std::copy(from + end, from + count, to);
 
   if (!isAsLong) {
-    auto ends = std::make_shared<Ends>(*m_ends);
-    (*ends)[2 * element] = static_cast<std::uint32_t>(begin + parameters);
+    if (m_ends.use_count() > 1) m_ends = std::make_shared<Ends>(*m_ends);
+    Ends& ends = *m_ends;
+    ends[2 * element] = static_cast<std::uint32_t>(begin + parameters);
     const auto growth = static_cast<std::uint32_t>(begin + parameters + fill - end);  // may wrap around, and back again
-    for (std::size_t i = 2 * element + 1; i < ends->size(); ++i) (*ends)[i] += growth;
-    m_ends = std::move(ends);
+    for (std::size_t i = 2 * element + 1; i < ends.size(); ++i) ends[i] += growth;
   }
   m_values = {values, values.get()};
 }

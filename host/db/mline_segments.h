@@ -25,7 +25,7 @@ class KdMLSegmentsBuilder {
 
   std::size_t m_valuesPerBlock;
   KdMLSegments::Ends m_ends;
-  std::shared_ptr<const KdMLSegments::Ends> m_lastEnds;
+  std::shared_ptr<KdMLSegments::Ends> m_lastEnds;
   std::shared_ptr<double[]> m_block;
   std::size_t m_blockBegin = 0, m_blockUsed = 0, m_blockSize = 0;  // the values since the last take(): begin to used
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <unordered_map>
 
 #include "base/text.h"
 
@@ -61,8 +62,13 @@ const std::vector<VariableInfo>& table() {
 }
 
 const VariableInfo* findCapitals(std::wstring_view name) {
-  const auto found = std::ranges::lower_bound(table(), name, {}, &VariableInfo::name);
-  return found != table().end() && found->name == name ? &*found : nullptr;
+  static const auto byName = [] {
+    std::unordered_map<std::wstring_view, const VariableInfo*> all;
+    for (const VariableInfo& variable : table()) all.emplace(variable.name, &variable);
+    return all;
+  }();
+  const auto found = byName.find(name);
+  return found == byName.end() ? nullptr : found->second;
 }
 
 }  // namespace

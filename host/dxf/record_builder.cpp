@@ -50,10 +50,15 @@ void RecordBuilder::copy(const Group& group) {
 }
 
 void RecordBuilder::real(int code, double value) {
-  if (m_file.form() == Form::text) return line(code, formatReal(value));
   this->code(code);
+  if (m_file.form() == Form::text) {
+    appendReal(m_bytes, value);
+    m_bytes.append(m_lineEnd);
+    return;
+  }
   if (valueKind(code) == ValueKind::real) return appendLittleEndian(m_bytes, value);
-  m_bytes.append(formatReal(value)).push_back('\0');
+  appendReal(m_bytes, value);
+  m_bytes.push_back('\0');
 }
 
 void RecordBuilder::integer(int code, std::int64_t value) {

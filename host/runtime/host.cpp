@@ -15,10 +15,18 @@
 namespace torva::runtime {
 namespace {
 
-void printToStandardOutput(std::wstring_view text) {
-  const std::string bytes = utf8FromWide(text);
-  std::fwrite(bytes.data(), 1, bytes.size(), stdout);
-}
+/// Prints to the standard output.
+class Printer {
+ public:
+  void operator()(std::wstring_view text) {
+    m_bytes.clear();
+    appendUtf8(m_bytes, text);
+    std::fwrite(m_bytes.data(), 1, m_bytes.size(), stdout);
+  }
+
+ private:
+  std::string m_bytes;  // kept for its memory
+};
 
 void reportToStandardError(const std::string& text) {
   // Output first, so that a fault stands behind what led to it where both go to one place.
@@ -64,7 +72,7 @@ class TORVA_INTERNAL Host::Imp {
 
 Host::Imp::Imp(const HostOptions& options)
     : m_folders(Folders::of(options.programFolder)),
-      m_editor(m_commands, options.print ? options.print : printToStandardOutput,
+      m_editor(m_commands, options.print ? options.print : Printer(),
                options.report ? options.report : reportToStandardError),
       m_runtime(m_commands, m_folders, options.dialogUse),
       m_profileUse(options.profileUse),

@@ -14,21 +14,27 @@ class ResourceLibraries::Library final : public KdModuleHandleTag {
 };
 
 ResourceLibraries::ResourceLibraries(Folders folders, std::vector<std::string> languages)
-    : m_folders(std::move(folders)), m_languages(std::move(languages)) {}
+    : m_folders(std::move(folders)), m_support(m_folders.root + "/Support"), m_languages(std::move(languages)) {}
 
 ResourceLibraries::~ResourceLibraries() = default;
 
 KdModuleHandle ResourceLibraries::open(const std::string& name, const std::string& callerFolder) {
-  m_lastFailure = name + ": not found";
-  if (name.empty()) return nullptr;
-  if (name.front() == '/') return openAt(name).value_or(nullptr);
-  const std::string support = m_folders.root + "/Support";
-  const std::string* const folders[] = {&callerFolder, &m_folders.program, &m_folders.root, &support};
+  const auto library = lookFor(name, callerFolder);
+  if (!library) m_lastFailure = name + ": not found";
+  return library.value_or(nullptr);
+}
+
+std::optional<KdModuleHandle> ResourceLibraries::lookFor(const std::string& name, const std::string& callerFolder) {
+  if (name.empty()) return std::nullopt;
+  if (name.front() == '/') return openAt(name);
+  const std::string* const folders[] = {&callerFolder, &m_folders.program, &m_folders.root, &m_support};
+  std::string path;
   for (const std::string* folder : folders) {
     if (folder->empty()) continue;
-    if (const auto library = openAt(*folder + '/' + name)) return *library;
+    path.assign(*folder).append(1, '/').append(name);
+    if (const auto library = openAt(path)) return library;
   }
-  return nullptr;
+  return std::nullopt;
 }
 
 std::optional<KdModuleHandle> ResourceLibraries::openAt(const std::string& path) {

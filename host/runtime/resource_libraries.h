@@ -42,11 +42,13 @@ class ResourceLibraries {
  private:
   class Library;
   /// Nothing when there is no such file, null when it cannot be read.
+  std::optional<KdModuleHandle> lookFor(const std::string& name, const std::string& callerFolder);
   std::optional<KdModuleHandle> openAt(const std::string& path);
   Result<std::shared_ptr<const ResourceArchive>> archiveOf(const std::string& path) const;
   const Library* find(KdModuleHandle library) const;
 
   Folders m_folders;
+  std::string m_support;
   std::vector<std::string> m_languages;
   std::vector<std::unique_ptr<Library>> m_open;
   KdModuleHandle m_current = nullptr;

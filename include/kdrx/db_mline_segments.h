@@ -54,7 +54,8 @@ class KDRX_API KdMLSegments {
   /// Where the lists end in the values, two an element: its element parameters, then its area-fill parameters.
   using Ends = std::vector<std::uint32_t>;
 
-  // Shared, as the class promises. Vertices whose lists are equally long share the ends as well.
-  std::shared_ptr<const Ends> m_ends;
+  // Shared, as the class promises, and changed only where they are not. Vertices whose lists are equally long share the ends
+  // as well.
+  std::shared_ptr<Ends> m_ends;
   std::shared_ptr<double> m_values;
 };

@@ -151,9 +151,7 @@ void CMlineEdit::setRealVector(KdDbMline* mline, int vertex, int element) {
 }
 
 bool CMlineEdit::writeRealVector(KdDbMline* mline, int vertex, int element) {
-  const bool isAllNumbers = std::all_of(paramList.begin(), paramList.end(), [](double v) { return std::isfinite(v); });
-  return isAllNumbers && SetNumLine(mline, static_cast<int>(paramList.size()), vertex, element) &&
-         SetLineArray(mline, paramList.data(), vertex, element);
+  return !paramList.empty() && mline->setElementParametersAt(vertex, element, paramList) == KdStatus::ok;
 }
 
 void CMlineEdit::Cut_Mongline(CMlineSegment* seg, int element, double* P, int segP, double* Q, int segQ) {
