@@ -95,7 +95,7 @@ class TORVA_INTERNAL Editor::Session {
   std::function<void(std::wstring_view)> m_print;
   std::function<void(const std::string&)> m_report;
   std::map<std::wstring, Keywords, std::less<>> m_keywords;  // by their lists
-  std::wstring m_line;  // that is written, kept for its memory
+  std::wstring m_line;                                       // that is written, kept for its memory
   bool m_isAtLineStart = true;
 };
 
