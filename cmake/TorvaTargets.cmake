@@ -25,12 +25,22 @@ function(torva_configure target)
   endif()
 endfunction()
 
+# Lets the sanitizer build read the standard headers that most files include once for a whole library, which takes a third off its
+# compile time. The release build does without, so that it finds the file that does not include what it uses.
+function(torva_precompile target)
+  if(TORVA_SANITIZE)
+    target_precompile_headers(${target} PRIVATE
+      <algorithm> <array> <cmath> <functional> <map> <memory> <optional> <span> <string> <unordered_map> <variant> <vector>)
+  endif()
+endfunction()
+
 # torva_layer(base SOURCES a.cpp ... DEPENDS geom ... PACKAGES fmt::fmt ...): one folder of host/.
 # A static library, so that each layer can be tested with those below it alone; libtorva.so is made of all of them.
 function(torva_layer name)
   cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS;PACKAGES" ${ARGN})
   add_library(torva_${name} STATIC ${arg_SOURCES})
   torva_configure(torva_${name})
+  torva_precompile(torva_${name})
   target_include_directories(torva_${name} PUBLIC ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/host)
   target_link_libraries(torva_${name} PUBLIC ${arg_PACKAGES})
   foreach(layer ${arg_DEPENDS})
@@ -62,6 +72,7 @@ function(torva_module_part name)
   cmake_parse_arguments(arg "" "" "SOURCES;PACKAGES" ${ARGN})
   add_library(kdrxmlstyle_${name} STATIC ${arg_SOURCES})
   torva_configure(kdrxmlstyle_${name})
+  torva_precompile(kdrxmlstyle_${name})
   target_include_directories(kdrxmlstyle_${name} PUBLIC ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/module)
   target_link_libraries(kdrxmlstyle_${name} PUBLIC ${arg_PACKAGES})
 endfunction()
