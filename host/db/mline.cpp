@@ -84,7 +84,9 @@ MlineData& MlineImp::change() {
 
 MlineData& MlineImp::own() {
   const MlineData& present = data();
-  if (m_data.use_count() == 1) return *m_data;
+  // What the record says stays as it is, also when nobody else looks at it now: the writer compares with it.
+  const bool isOriginal = !m_data.owner_before(m_original) && !m_original.owner_before(m_data);
+  if (m_data.use_count() == 1 && !isOriginal) return *m_data;
   auto copy = std::make_shared<MlineData>();
   copy->vertices.reserve(present.vertices.size() + 1);  // an edit often adds one
   *copy = present;

@@ -383,6 +383,21 @@ TEST_F(MlineTest, SaysTheSameWhenManyOthersWereOpenedAfterIt) {
   EXPECT_THAT(changes(), IsEmpty());
 }
 
+TEST(MlineEdit, IsWrittenThoughTheRecordWasReadLongBefore) {
+  std::string text(kWalls);
+  for (int i = 0; i < 9; ++i) text += "0 MLINE | 5 B" + std::to_string(i) + " | 100 AcDbMline\n";
+  const auto database = openText(planText(text));
+  const Current<db::Database> current(*database);
+  auto* mline = openIn<KdDbMline>(*database, 0xA0);
+  mline->close();
+  for (dxf::Handle other = 0xB0; other <= 0xB8; ++other) (void)database->mline(database->file().find(other));
+  openIn<KdDbMline>(*database, 0xA0, KdOpenMode::forWrite);
+  EXPECT_EQ(mline->setScale(3), KdStatus::ok);
+  mline->close();
+  database->flush();
+  EXPECT_THAT(groupLines(database->file().bytes(database->file().find(0xA0))), testing::Contains("40 3.0"));
+}
+
 TEST(MlineStyleLookup, GoesByHandleThenByNameThenToStandard) {
   const std::pair<const char*, dxf::Handle> cases[] = {
       {"2 DOUBLE\n340 18", 0x18}, {"2 double\n340 BEEF", 0x19}, {"2 DOUBLE\n340 A0", 0x19},
