@@ -7,13 +7,13 @@
 namespace torva::command {
 namespace {
 
-using Kind = InputSource::Kind;
+using LineKind = InputSource::Kind;
 
 std::vector<std::wstring> linesOf(InputSource& source) {
   std::vector<std::wstring> lines;
   for (;;) {
     const InputSource::Line line = source.next({});
-    if (line.kind != Kind::line) break;
+    if (line.kind != LineKind::line) break;
     lines.push_back(line.text);
     EXPECT_EQ(line.number, lines.size());
   }
@@ -56,7 +56,7 @@ TEST(ScriptSource, refusesWhatIsNoScript) {
   EXPECT_EQ(ScriptSource::open("/tmp").error().code, ErrorCode::isDirectory);
   const auto lineWithoutEnd = ScriptSource::open("/dev/zero");
   ASSERT_TRUE(lineWithoutEnd);
-  EXPECT_EQ((*lineWithoutEnd)->next({}).kind, Kind::failure);
+  EXPECT_EQ((*lineWithoutEnd)->next({}).kind, LineKind::failure);
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ using testing::HasSubstr;
 using testing::SizeIs;
 
 /// An R2000 drawing (or of another version) whose layers say more than the host knows.
-std::unique_ptr<db::Database> drawing(const std::string& version = "AC1015") {
+std::unique_ptr<db::Database> drawingWithLayers(const std::string& version = "AC1015") {
   return drawingFrom("0 SECTION | 2 HEADER | 9 $ACADVER | 1 " + version + R"(
     9 $CLAYER | 8 0
     9 $HANDLING | 70 0
@@ -58,13 +58,13 @@ TEST(LayerCommand, changesOnlyWhatItSays) {
   };
   for (const auto& [script, changes] : rows) {
     TestEditor test;
-    test.editor.setDatabase(drawing());
+    test.editor.setDatabase(drawingWithLayers());
     const std::string before = test.editor.database().file().toBytes();
     EXPECT_EQ(test.run(std::string("-LAYER ") + script + " \"\""), Fault::none) << script;
     EXPECT_EQ(test::difference(before, test.editor.database().file().toBytes()), changes) << script;
   }
   TestEditor test;
-  test.editor.setDatabase(drawing("AC1018"));
+  test.editor.setDatabase(drawingWithLayers("AC1018"));
   const std::string before = test.editor.database().file().toBytes();
   EXPECT_EQ(test.run("LAYER c 0,255,0 Roof \"\""), Fault::none);
   EXPECT_THAT(test::difference(before, test.editor.database().file().toBytes()),
@@ -87,7 +87,7 @@ TEST(LayerCommand, namesWhatItCannotDo) {
   };
   for (const auto& [script, fault] : rows) {
     TestEditor test;
-    test.editor.setDatabase(drawing());
+    test.editor.setDatabase(drawingWithLayers());
     EXPECT_EQ(test.run(std::string("LAYER ") + script + " \"\""), Fault::script) << script;
     ASSERT_FALSE(test.faults.empty()) << script;
     EXPECT_THAT(test.faults.front(), HasSubstr(fault)) << script;
@@ -97,7 +97,7 @@ TEST(LayerCommand, namesWhatItCannotDo) {
 
 TEST(LayerCommand, oldDrawingsGetOldRecords) {
   TestEditor test;
-  test.editor.setDatabase(drawing("AC1009"));
+  test.editor.setDatabase(drawingWithLayers("AC1009"));
   const std::string before = test.editor.database().file().toBytes();
   EXPECT_EQ(test.run("LAYER n Door \"\""), Fault::none);
   EXPECT_THAT(test::difference(before, test.editor.database().file().toBytes()),

@@ -14,7 +14,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// Two lines, an old polyline with vertices on its layer and on another, and two multilines, the second on a locked layer.
-std::unique_ptr<db::Database> drawing(const std::string& version) {
+std::unique_ptr<db::Database> drawingWithLooks(const std::string& version) {
   const auto mline = [](const std::string& handle, const std::string& layer, const std::string& flags) {
     const auto vertex = [](const std::string& place) {
       return "\n" + place + " | 74 4 | 41 0.5 | 41 0 | 41 2 | 41 5 | 75 0 | 74 2 | 41 -0.5 | 41 0 | 75 0";
@@ -51,7 +51,7 @@ std::unique_ptr<db::Database> drawing(const std::string& version) {
 class PropertiesTest : public testing::Test {
  protected:
   void open(const std::string& version = "AC1018") {
-    test.editor.setDatabase(drawing(version));
+    test.editor.setDatabase(drawingWithLooks(version));
     before = test.editor.database().file().toBytes();
     test.faults.clear();
   }

@@ -10,9 +10,9 @@ namespace {
 
 constexpr int kButton = 7, kMissing = 8;
 
-class Sample : public CDialog {
+class SampleDialog : public CDialog {
  public:
-  Sample() : CDialog(100) {
+  SampleDialog() : CDialog(100) {
     auto* widget = new QBaseDialog(this);
     (new QPushButton(widget))->setProperty("controlId", kButton);
     SetDialogWidget(widget);
@@ -38,7 +38,7 @@ class Sample : public CDialog {
 };
 
 TEST_F(DialogTest, ControlsAreBoundByTheirNumbers) {
-  Sample sample;
+  SampleDialog sample;
   EXPECT_EQ(sample.button.GetDlgCtrlID(), 0);
   EXPECT_FALSE(sample.missing.SubclassDlgItem(kMissing, &sample));
   EXPECT_FALSE(sample.missing.SubclassDlgItem(kButton, nullptr));
@@ -49,7 +49,7 @@ TEST_F(DialogTest, ControlsAreBoundByTheirNumbers) {
 }
 
 TEST_F(DialogTest, AFailedExchangeKeepsTheDialogOpen) {
-  Sample sample;
+  SampleDialog sample;
   sample.wantsMissing = true;
   withNextDialog([](QDialog& dialog) {
     dialog.accept();
@@ -62,7 +62,7 @@ TEST_F(DialogTest, AFailedExchangeKeepsTheDialogOpen) {
 }
 
 TEST_F(DialogTest, ADialogMayEndBeforeItIsShownAndRunAgain) {
-  Sample sample;
+  SampleDialog sample;
   sample.endsAtOnce = true;
   EXPECT_EQ(sample.DoModal(), IDNO);
   sample.endsAtOnce = false;
@@ -71,14 +71,14 @@ TEST_F(DialogTest, ADialogMayEndBeforeItIsShownAndRunAgain) {
 }
 
 TEST_F(DialogTest, ADialogWhoseWidgetIsGoneDoesNothing) {
-  Sample sample;
+  SampleDialog sample;
   delete sample.GetWidget();
   EXPECT_EQ(sample.DoModal(), -1);
   sample.EndDialog(IDOK);
 }
 
 TEST_F(DialogTest, MessagesGoToTheServiceThatAnswers) {
-  Sample sample;
+  SampleDialog sample;
   MessageAnswers answers;
   answers.answer = IDNO;
   EXPECT_EQ(sample.MessageBoxW(L"Sure?", L"Title", MB_YESNO | MB_ICONQUESTION), IDNO);
@@ -100,7 +100,7 @@ TEST_F(DialogTest, WithoutAServiceABoxAsksTheUser) {
       {MB_YESNOCANCEL | MB_ICONWARNING, QMessageBox::No, IDNO},
       {MB_OKCANCEL, QMessageBox::NoButton, IDCANCEL},
   };
-  Sample sample;
+  SampleDialog sample;
   for (const Case& c : cases) {
     SCOPED_TRACE(c.type);
     withNextDialog([&](QDialog& dialog) {

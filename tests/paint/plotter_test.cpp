@@ -42,13 +42,13 @@ class PlotterTest : public testing::Test {
   draw::DisplayList m_list;
 };
 
-const Appearance kRed{0xFF0000, false, {}, 300}, kForeground{0, true, {}, 300};
+const Appearance kRedPen{0xFF0000, false, {}, 300}, kForeground{0, true, {}, 300};
 
 TEST_F(PlotterTest, PaintsShapesWhereTheViewShowsThem) {
   using Points = std::vector<KdGePoint3d>;
   add(draw::Fill{{Points{{10, 10, 0}, {60, 10, 0}, {60, 60, 0}, {10, 60, 0}},
                   Points{{20, 20, 0}, {50, 20, 0}, {50, 50, 0}, {20, 50, 0}}}},
-      kRed);
+      kRedPen);
   add(draw::Polyline{{{100, 20, 0}, {190, 20, 0}}, false}, kForeground);
   add(draw::Arc{{150, 60, 0}, {20, 0, 0}, {0, 20, 0}, 0, std::numbers::pi}, kForeground);
   add(draw::Polyline{{{-1e12, 90, 0}, {1e12, 90, 0}}, false}, kForeground);
@@ -99,7 +99,7 @@ TEST_F(PlotterTest, FitsTextToItsNominalWidth) {
 }
 
 TEST_F(PlotterTest, WritesVectorFormats) {
-  add(draw::Polyline{{{10, 10, 0}, {190, 90, 0}}, false}, kRed);
+  add(draw::Polyline{{{10, 10, 0}, {190, 90, 0}}, false}, kRedPen);
   const auto svg = plot(PlotFormat::svg);
   ASSERT_TRUE(svg);
   EXPECT_NE(svg->find("viewBox=\"0 0 200 100\""), std::string::npos);

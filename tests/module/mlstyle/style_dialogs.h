@@ -25,6 +25,8 @@
 /// Runs the dialogs of styles over a new drawing, through their real widgets.
 class StyleDialogTest : public DialogTest, protected HostDriver {
  protected:
+  static constexpr int kLoad = 1032, kSave = 1033;  // buttons of the manager
+
   StyleDialogTest() { startDialogs(); }
 
   void startDialogs() {

@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-enum Id : int {
+enum : int {
   kDescription = 1037,
   kStartAngle = 1044,
   kEndAngle = 1045,

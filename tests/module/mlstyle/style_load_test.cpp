@@ -9,7 +9,7 @@
 
 namespace {
 
-enum Id : int { kFileName = 1057, kNames = 1058, kStatus = 1064, kLoad = 1032, kSave = 1033 };
+enum : int { kFileName = 1057, kNames = 1058, kStatus = 1064 };
 
 class StyleLoadTest : public StyleDialogTest {
  protected:

@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-enum Id : int {
+enum : int {
   kList = 1021,
   kCurrent = 1022,
   kDescription = 1024,
@@ -23,8 +23,6 @@ enum Id : int {
   kModify = 1029,
   kRename = 1030,
   kDelete = 1031,
-  kLoad = 1032,
-  kSave = 1033,
 };
 
 class StyleManagerTest : public StyleDialogTest {

@@ -12,7 +12,7 @@ struct Name {
   const char* text;
   bool isForNew, isForRename;
 };
-const Name kNames[] = {
+const Name kTypedNames[] = {
     {"", false, false},          {"Road", true, true},         {"42", true, true},          {"a_b", true, false},
     {"a-b", true, false},        {"a$b", true, false},         {"two words", false, false}, {"a.b", false, false},
     {"a,b", false, false},       {"standard", false, false},   {"STANDARD2", true, true},   {"wALL", false, false},
@@ -27,7 +27,7 @@ TEST_F(StyleNamesTest, OnlyGoodNamesMayBeConfirmed) {
     auto& edit = control<QLineEdit>(dialog, editId);
     const auto& confirm = control<QPushButton>(dialog, IDOK);
     EXPECT_FALSE(confirm.isEnabled());
-    for (const Name& name : kNames) {
+    for (const Name& name : kTypedNames) {
       SCOPED_TRACE(name.text);
       edit.setText(name.text);
       EXPECT_EQ(confirm.isEnabled(), name.*isGood);
