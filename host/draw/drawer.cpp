@@ -22,6 +22,7 @@ class Drawer::Imp {
   }
 
   Generation refresh() {
+    if (m_seen == database.changeCount()) return m_generation;
     bool areLooksStale = false, areBoxesStale = false;
     for (const dxf::RecordId record : database.changesSince(m_seen)) {
       areBoxesStale = areBoxesStale || concernsBoxes(record);

@@ -123,7 +123,7 @@ Box3 EntityBounds::mlineBox(Scan scan, dxf::RecordId entity, Facts& facts) {
     const bool isRead = !m_database.hasObject(entity) && readUsualMline(scan, facts, mline, extents);
     if (isRead) return extents.box(style(mline.styleHandle, mline.styleName), mline.ends());
   }
-  readCommonFacts(scan, facts);
+  while (scan.next() && scan.code() != kMlineVertex) readCommon(scan, facts);
   const db::MlineData& mline = m_database.mline(entity);
   return mlineExtents(mline, m_symbols.mlineStyle(mline.styleHandle, mline.styleName));
 }

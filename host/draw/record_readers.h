@@ -15,6 +15,9 @@
 
 namespace torva::draw {
 
+/// Begins a vertex of a multiline, behind all that an entity says of itself.
+constexpr int kMlineVertex = 11;
+
 /// Takes what every entity may have; false for a group that the caller has to look at.
 template <class Scan>
 bool readCommon(const Scan& scan, EntityFacts& facts) {
@@ -40,12 +43,6 @@ bool readCommon(const Scan& scan, EntityFacts& facts) {
     default:
       return false;
   }
-}
-
-/// Takes nothing else of a record.
-template <class Scan>
-void readCommonFacts(Scan scan, EntityFacts& facts) {
-  while (scan.next()) readCommon(scan, facts);
 }
 
 template <class Scan>
@@ -272,7 +269,7 @@ bool readUsualMline(TextScan scan, EntityFacts& facts, MlineHead& mline, Collect
   for (;;) {
     if (!scan.next()) return true;
     const int code = scan.code();
-    if (code == 11) break;
+    if (code == kMlineVertex) break;
     if (code == 41 || code == 42 || code == 74 || code == 75) return false;
     if (readCommon(scan, facts)) continue;
     if (code == 340) mline.styleHandle = scan.text();
