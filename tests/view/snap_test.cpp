@@ -19,7 +19,7 @@ using test::line;
 using test::point;
 
 constexpr double kTurn = 2 * std::numbers::pi;
-constexpr double kStep = 0.1;  // between samples, drawing units
+constexpr double kStep = 0.05;  // between samples, drawing units
 
 /// Lines, arcs, circles, multilines and ellipses, some at another height.
 std::string randomEntities(unsigned seed) {
@@ -192,7 +192,8 @@ TEST(Snap, FindsWhatGoingThroughAllThatIsDrawnFinds) {
   for (const View& view : {viewWith(""), viewWith(group(51, 30.0)), viewWith(point(16, 1, -2, 1.5) + group(51, 20.0))}) {
     for (int i = 0; i < 25; ++i) {
       const auto& piece = known.pieces[random() % known.pieces.size()];
-      const KdGePoint3d cursor = piece[random() % piece.size()] + KdGeVector3d{offset(random), offset(random), 0};
+      const KdGePoint3d& drawn = piece[random() % piece.size()];
+      const KdGePoint3d cursor = drawn + KdGeVector3d{offset(random), offset(random), 0};
       const KdGePoint3d base = cursor + KdGeVector3d{offset(random) * 9, offset(random) * 9, 0};
       SlowSnaps inner(known, view, cursor, base, kAperture - kEdge), outer(known, view, cursor, base, kAperture + kEdge);
       for (const SnapKind kind : {SnapKind::end, SnapKind::middle, SnapKind::centre, SnapKind::intersection,
@@ -212,7 +213,7 @@ TEST(Snap, FindsWhatGoingThroughAllThatIsDrawnFinds) {
   }
   EXPECT_EQ(hits.size(), 6u);
   for (const auto& [kind, count] : hits) EXPECT_GT(count, 8) << int(kind);
-  EXPECT_GT(misses[SnapKind::end], 2);
+  EXPECT_GT(misses[SnapKind::end], 8);
 }
 
 TEST(Snap, ChoosesByKindAndPlace) {
