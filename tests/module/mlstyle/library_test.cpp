@@ -219,6 +219,20 @@ TEST_F(LibraryTest, OddRecordsAreReadAsTheyStand) {
   EXPECT_FALSE(listLibrary(path("bin")));
 }
 
+TEST_F(LibraryTest, WhatIsSavedLoadsButForItsColorsAndSecondFlags) {
+  put({L"TWO", L"with 100%n", kStyleFilled | kStyleStartRoundCap, {{1 / 3.0, 6, L"HIDDEN"}, {-2, 9}}});
+  const std::string record = savedRecord(L"TWO");
+  const Style saved = read(L"TWO");
+  run("NEW Y\n");
+  ASSERT_TRUE(load(record));
+  EXPECT_EQ(read(L"TWO").description, saved.description);
+  EXPECT_EQ(read(L"TWO").flags, kStyleFilled);
+  ASSERT_EQ(read(L"TWO").elements.size(), 2u);
+  EXPECT_NEAR(read(L"TWO").elements[0].offset, 1 / 3.0, 1e-14);
+  EXPECT_EQ(read(L"TWO").elements[0].linetype, L"HIDDEN");
+  EXPECT_EQ(read(L"TWO").elements[1], saved.elements[1]);
+}
+
 TEST_F(LibraryTest, AFileThatIsNotUtf8IsOfACodePageAsAWhole) {
   const auto record = [](const std::string& name) {
     return "MLSTYLE\n2\n " + name + "\n3\n \xDF\x81\n71\n 1\n49\n 7\n62\n 5\n6\n BYLAYER\n0\n";
