@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -26,7 +25,7 @@ inline double decimalQuotient(std::uint64_t digits, std::size_t decimals) {
   return static_cast<double>(static_cast<std::int64_t>(digits)) / power;
 }
 
-/// A decimal of 1 to 8 digits in front of its point and 1 to 18 behind it, taken apart without a loop over digits: lengths
+/// A decimal of 1 to 8 digits in front of its point and at most 18 in all, taken apart without a loop over digits: lengths
 /// of numbers are nothing that a processor can foresee.
 class PointedDecimal {
  public:
@@ -36,27 +35,20 @@ class PointedDecimal {
     m_isNegative = *begin == '-';
     const auto whole = static_cast<unsigned>(point - begin) - (m_isNegative ? 1 : 0);
     m_decimals = static_cast<unsigned>(end - point) - 1;
-    if (whole - 1 >= kChunk || m_decimals - 1 >= Digits::kMost) return;
     m_digits = whole + m_decimals;
+    if (whole - 1 >= kChunk || m_decimals - 1 >= Digits::kMost || m_digits > Digits::kMost) return;
     m_isValid = m_digits <= kChunk ? takeShort(point, end) : takeLong(point, whole, end);
   }
 
   bool isValid() const { return m_isValid; }
-  /// Within two units in the last place. Requires: isValid().
-  double nearValue() const { return withSign(real(m_whole) + real(m_fraction) * kShares[m_decimals]); }
-
-  /// Whether exactValue() can be asked for.
-  bool fitsExactly() const { return m_isValid && m_digits <= Digits::kMost; }
-  /// Rounded correctly. Requires: fitsExactly().
-  double exactValue() const {
-    return withSign(decimalQuotient(m_whole * kPowersOfTen[m_decimals] + m_fraction, m_decimals));
+  /// Rounded correctly. Requires: isValid().
+  double value() const {
+    const double size = decimalQuotient(m_whole * kPowersOfTen[m_decimals] + m_fraction, m_decimals);
+    return m_isNegative ? -size : size;
   }
 
  private:
   static constexpr unsigned kChunk = 8;
-  static constexpr std::array<double, Digits::kMost + 1> kShares = {1,     1e-1,  1e-2,  1e-3,  1e-4,  1e-5,  1e-6,
-                                                                    1e-7,  1e-8,  1e-9,  1e-10, 1e-11, 1e-12, 1e-13,
-                                                                    1e-14, 1e-15, 1e-16, 1e-17, 1e-18};
 
   /// All digits at once, those in front of the point moved up to those behind it.
   bool takeShort(const char* point, const char* end) {
@@ -78,9 +70,6 @@ class PointedDecimal {
     m_fraction = m_fraction * kPowersOfTen[rest] + digitsBefore(end, rest, faults);
     return faults == 0;
   }
-
-  static double real(std::uint64_t digits) { return static_cast<double>(static_cast<std::int64_t>(digits)); }
-  double withSign(double size) const { return m_isNegative ? -size : size; }
 
   bool m_isNegative = false, m_isValid = false;
   unsigned m_decimals = 0, m_digits = 0;

@@ -25,6 +25,9 @@ inline constexpr auto kPowersOfTen = [] {
   return powers;
 }();
 
+/// Eight characters '0'. What is left of a digit by an exclusive or with them is 0 to 9, of anything else more.
+inline constexpr std::uint64_t kZeros = 0x3030303030303030u;
+
 /// The number that eight digits make, each a byte of 0 to 9, the first in the lowest byte.
 inline std::uint64_t eightDigits(std::uint64_t digits) {
   static_assert(std::endian::native == std::endian::little);
@@ -46,10 +49,15 @@ inline constexpr std::uint64_t highBytes(unsigned count) {
   return ~std::uint64_t{0} << (64 - 8 * count);
 }
 
+/// The 1 to 8 digits in front of `end` as eightDigits() takes them, with zeros in front. All 8 characters are read.
+inline std::uint64_t digitsInFront(const char* end, unsigned count) {
+  return (charactersBefore(end) ^ kZeros) & highBytes(count);
+}
+
 /// The number that the last 1 to 8 of the given characters make. All bits of `faults` stay as they are when those are
 /// digits.
 inline std::uint64_t lastDigits(std::uint64_t characters, unsigned count, std::uint64_t& faults) {
-  characters = (characters ^ 0x3030303030303030u) & highBytes(count);  // zeros in front
+  characters = (characters ^ kZeros) & highBytes(count);  // zeros in front
   faults |= ((characters + 0x7676767676767676u) | characters) & 0x8080808080808080u;
   return eightDigits(characters);
 }
@@ -68,7 +76,7 @@ inline std::uint64_t digitBefore(const char* end, std::uint64_t& faults) {
 
 /// The digits at the front of eight characters (the first in the lowest byte), taken all at once.
 inline Digits leadingDigits(std::uint64_t characters) {
-  characters ^= 0x3030303030303030u;  // a digit is 0 to 9 now, anything else more
+  characters ^= kZeros;
   const std::uint64_t others = ((characters + 0x7676767676767676u) | characters) & 0x8080808080808080u;
   const std::size_t count = static_cast<std::size_t>(std::countr_zero(others)) / 8;
   if (count == 0) return {};

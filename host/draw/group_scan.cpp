@@ -3,31 +3,25 @@
 #include <algorithm>
 #include <array>
 
+#include "base/near_decimal.h"
 #include "dxf/byte_masks.h"
 
 namespace torva::draw {
 
-double TextScan::realOf(std::string_view value, std::uint64_t points) {
-  if (points != 0) {
-    const char *const begin = value.data(), *const end = begin + value.size();
-    const PointedDecimal decimal(begin, std::min(begin + std::countr_zero(points), end), end);
-    if (decimal.isValid()) return decimal.nearValue();
-  }
+double TextScan::realOf(std::string_view value, const char* end) {
+  const NearDecimal decimal = nearDecimal(value.data(), end);
+  if (decimal.end == value.data() + value.size()) return decimal.value;
   return parseReal(value).value_or(0);
 }
 
-TextScan::Masks TextScan::masksOf(const char* begin, const char* next, const char* end) {
+std::uint64_t TextScan::endsFrom(const char* begin, const char* next, const char* end) {
   constexpr std::ptrdiff_t kBlock = 64;
   const std::ptrdiff_t rest = end - next;
-  const auto find = [](const char* block) { return Masks{dxf::equalMask64(block, '\n'), dxf::equalMask64(block, '.')}; };
-  if (rest >= kBlock) return find(next);
-  if (rest > 0 && end - begin >= kBlock) {
-    const Masks masks = find(end - kBlock);
-    return {masks.ends >> (kBlock - rest), masks.points >> (kBlock - rest)};
-  }
+  if (rest >= kBlock) return dxf::equalMask64(next, '\n');
+  if (rest > 0 && end - begin >= kBlock) return dxf::equalMask64(end - kBlock, '\n') >> (kBlock - rest);
   std::array<char, kBlock> copy{};
   std::copy(next, end, copy.begin());
-  return find(copy.data());
+  return dxf::equalMask64(copy.data(), '\n');
 }
 
 TextScan::GroupEnds TextScan::longGroup(const char* next, const char* end) {

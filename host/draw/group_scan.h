@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "base/decimal.h"
 #include "base/numbers.h"
 #include "dxf/group.h"
 
@@ -21,10 +20,8 @@ class TextScan {
   /// Goes to the next group; false at the end.
   bool next() {
     if (withoutLowestBit(m_ends) == 0) {
-      const Masks masks = masksOf(m_begin, m_next, m_end);
       m_block = m_next;
-      m_ends = masks.ends;
-      m_points = masks.points;
+      m_ends = endsFrom(m_begin, m_next, m_end);
       if (withoutLowestBit(m_ends) == 0) return nextLong();
     }
     const char* const codeEnd = takeEnd();
@@ -45,7 +42,7 @@ class TextScan {
       return (value[0] - '0') + 0.1 * (value[2] - '0');
     }
     if (value.size() == 1 && isDigit(value[0])) return value[0] - '0';
-    return realOf(value, m_points >> (m_value - m_block));
+    return realOf(value, m_end);
   }
 
   /// Where the record ends.
@@ -80,23 +77,20 @@ class TextScan {
     return hasThreeColumns ? (line[0] & 15) * 100 + (line[1] & 15) * 10 + (line[2] & 15) : dxf::parseGroupCode(line);
   }
 
-  /// Where lines end and points stand within 64 bytes.
-  struct Masks {
-    std::uint64_t ends, points;
-  };
   struct GroupEnds {
     const char *code, *value;  // null when the group is not complete
   };
 
   // Static, so that a scan can live in registers.
-  /// Bit i of `points` tells whether a point stands i characters behind the value's begin.
-  static double realOf(std::string_view value, std::uint64_t points);
-  static Masks masksOf(const char* begin, const char* next, const char* end);
+  /// `end` is that of the record.
+  static double realOf(std::string_view value, const char* end);
+  /// Bit i tells whether a line ends i characters behind `next`.
+  static std::uint64_t endsFrom(const char* begin, const char* next, const char* end);
   static GroupEnds longGroup(const char* next, const char* end);
 
   /// As next(), for a group that is longer than 64 bytes or not complete.
   bool nextLong() {
-    m_ends = m_points = 0;
+    m_ends = 0;
     const GroupEnds ends = longGroup(m_next, m_end);
     if (!ends.value) return false;
     m_block = ends.code + 1;
@@ -107,7 +101,7 @@ class TextScan {
   const char* m_value = nullptr;
   const char* m_next;             // where the next group begins
   const char* m_block = nullptr;  // what m_ends is about: the line ends within 64 bytes that were not taken yet
-  std::uint64_t m_ends = 0, m_points = 0;
+  std::uint64_t m_ends = 0;
   int m_code = 0;
 };
 

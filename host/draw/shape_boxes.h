@@ -27,7 +27,7 @@ geom::Box3 boxOf(const Points&... points) {
   return box;
 }
 
-/// The box widened by what rounding in readNearDecimal() and the sums made of it can amount to.
+/// The box widened by what rounding in nearDecimal() and the sums made of it can amount to.
 geom::Box3 padded(const geom::Box3& box);
 bool isFinite(const geom::Box3& box);
 bool meetInPlan(const geom::Box3& a, const geom::Box3& b);

@@ -5,10 +5,6 @@
 
 namespace torva::dxf {
 
-const RecordState* RecordEdits::changed(RecordId id) const {
-  return id < m_hasState.size() && m_hasState[id] ? &m_states.find(id)->second : nullptr;
-}
-
 void RecordEdits::setState(RecordId id, RecordState state) {
   if (isInserted(id)) {
     const RecordState* former = changed(id);

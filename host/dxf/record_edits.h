@@ -40,7 +40,9 @@ class RecordEdits {
   const InsertedRecord& inserted(RecordId id) const { return m_inserted[id - m_originalCount]; }
 
   /// The state of a record that was changed; null for all others.
-  const RecordState* changed(RecordId id) const;
+  const RecordState* changed(RecordId id) const {
+    return id < m_hasState.size() && m_hasState[id] ? &m_states.find(id)->second : nullptr;
+  }
   void setState(RecordId id, RecordState state);
   /// Whether any record differs from the file that was opened.
   bool isAnyChanged() const;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/decimal.h"
+#include "base/near_decimal.h"
 #include "base/numbers.h"
 #include "dxf/byte_masks.h"
 #include "dxf/line_ends.h"
@@ -60,20 +61,16 @@ class TextCursor {
 
   /// A line that says a real number.
   [[gnu::always_inline]] bool take(double& value) {
-    const auto read = [&](const PointedDecimal& decimal) {
-      if (decimal.fitsExactly()) value = decimal.exactValue();
-      return decimal.fitsExactly();
-    };
-    return takeOneDecimal(value) || takePointed(read) || takeOtherReal(value);
+    return takeOneDecimal(value) || takePointed(value) || takeOtherReal(value);
   }
 
   /// The same within two units in the last place, and faster.
-  bool takeNear(double& value) {
-    const auto read = [&](const PointedDecimal& decimal) {
-      if (decimal.isValid()) value = decimal.nearValue();
-      return decimal.isValid();
-    };
-    return takeOneDecimal(value) || takePointed(read) || takeOtherReal(value);
+  [[gnu::always_inline]] bool takeNear(double& value) {
+    if (takeOneDecimal(value)) return true;
+    const NearDecimal decimal = nearDecimal(m_at, m_end);
+    if (!decimal.end || !takeLineEnd(decimal.end)) return takeOtherReal(value);
+    value = decimal.value;
+    return true;
   }
 
   /// A count. What it says is of no account: the list itself tells.
@@ -136,15 +133,17 @@ class TextCursor {
 
   /// A number whose point is near. The line's end is looked for first: a processor goes on from there while the number is
   /// still being worked out.
-  template <class Read>
-  [[gnu::always_inline]] bool takePointed(const Read& read) {
+  [[gnu::always_inline]] bool takePointed(double& value) {
     if (m_end - m_at < kShortLine) return false;
     const std::uint32_t ends = shortLineEnds(), points = equalMask16(m_at, '.');
     if (ends == 0 || points == 0) return false;
     const char* const lineEnd = m_at + std::countr_zero(ends);
     const char* const end = lineEnd - (lineEnd != m_at && lineEnd[-1] == '\r' ? 1 : 0);
     const char* const point = m_at + std::countr_zero(points);
-    if (point >= end || !read(PointedDecimal(m_at, point, end))) return false;
+    if (point >= end) return false;
+    const PointedDecimal decimal(m_at, point, end);
+    if (!decimal.isValid()) return false;
+    value = decimal.value();
     m_at = lineEnd + 1;
     return true;
   }
