@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "arguments.h"
+#include "heap.h"
 #include "runtime/host.h"
 #include "terminal_source.h"
 
@@ -130,6 +131,7 @@ ExitStatus run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   guardStandardStreams();
+  useHugePages();
   try {
     return run(argc, argv);
   } catch (const std::exception& thrown) {
