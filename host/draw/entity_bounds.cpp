@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "base/numbers.h"
+#include "base/processor.h"
 #include "db/polyline_flags.h"
 #include "draw/entity_painter.h"
 #include "draw/hatch.h"
@@ -30,8 +31,9 @@ Box3 EntityBounds::of(dxf::RecordId entity, Level level) {
   const dxf::DrawingFile& file = m_database.file();
   if (file.isErased(entity)) return {};
   const RecordType type = file.type(entity);
-  const Box3 box = m_isPlainText ? scanned(TextScan(file.bytes(entity)), type, entity, level)
-                                 : scanned(GroupScan(file.groups(entity)), type, entity, level);
+  const auto scannedText = [&] { return scanned(TextScan(file.bytes(entity)), type, entity, level); };
+  const Box3 box =
+      m_isPlainText ? runForProcessor(scannedText) : scanned(GroupScan(file.groups(entity)), type, entity, level);
   if (box.isEmpty() || isFinite(box)) return padded(box);
   // Shapes that are not finite are not drawn, but parts of the entity may be.
   return level == Level::inBlock ? Box3{} : drawn(entity);

@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstring>
 
+#include "base/processor.h"
 #include "dxf/byte_masks.h"
 #include "dxf/outline.h"
 
@@ -221,9 +222,11 @@ class TextScanner {
 }  // namespace
 
 ScanEnd scanText(std::string_view content, std::size_t from, LineEnds ends, Outline& outline, const Progress& progress) {
-  if (ends == LineEnds::lfAndCr) return TextScanner<LineEnds::lfAndCr, false>(content, from, outline).run(progress);
-  if (firstLineEnd(content) == "\r\n") return TextScanner<LineEnds::lf, true>(content, from, outline).run(progress);
-  return TextScanner<LineEnds::lf, false>(content, from, outline).run(progress);
+  return runForProcessor([&] {
+    if (ends == LineEnds::lfAndCr) return TextScanner<LineEnds::lfAndCr, false>(content, from, outline).run(progress);
+    if (firstLineEnd(content) == "\r\n") return TextScanner<LineEnds::lf, true>(content, from, outline).run(progress);
+    return TextScanner<LineEnds::lf, false>(content, from, outline).run(progress);
+  });
 }
 
 }  // namespace torva::dxf
