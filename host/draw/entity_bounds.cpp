@@ -31,17 +31,17 @@ Box3 EntityBounds::of(dxf::RecordId entity, Level level) {
   const dxf::DrawingFile& file = m_database.file();
   if (file.isErased(entity)) return {};
   const RecordType type = file.type(entity);
-  const auto scannedText = [&] { return scanned(TextScan(file.bytes(entity)), type, entity, level); };
+  Facts facts;
+  const auto scannedText = [&] { return scanned(scanBehindFront(file.bytes(entity), facts), facts, type, entity, level); };
   const Box3 box =
-      m_isPlainText ? runForProcessor(scannedText) : scanned(GroupScan(file.groups(entity)), type, entity, level);
+      m_isPlainText ? runForProcessor(scannedText) : scanned(GroupScan(file.groups(entity)), facts, type, entity, level);
   if (box.isEmpty() || isFinite(box)) return padded(box);
   // Shapes that are not finite are not drawn, but parts of the entity may be.
   return level == Level::inBlock ? Box3{} : drawn(entity);
 }
 
 template <class Scan>
-Box3 EntityBounds::scanned(Scan scan, RecordType type, dxf::RecordId entity, Level level) {
-  Facts facts;
+Box3 EntityBounds::scanned(Scan scan, Facts& facts, RecordType type, dxf::RecordId entity, Level level) {
   Box3 box;
   switch (type) {
     case RecordType::mline:
@@ -96,7 +96,7 @@ bool EntityBounds::mayMeet(dxf::RecordId entity, const Box3& box) {
   if (!m_isPlainText) return true;
   Facts facts;
   MlineHead mline;
-  const bool isUsual = readUsualMline(TextScan(file.bytes(entity)), facts, mline, probe);
+  const bool isUsual = readUsualMline(scanBehindFront(file.bytes(entity), facts), facts, mline, probe);
   return !isUsual || probe.isMet(mline.isClosed(), mline.ends(), style(mline.styleHandle, mline.styleName));
 }
 
@@ -110,7 +110,7 @@ EntityFacts EntityBounds::factsOf(dxf::RecordId record) const {
   const dxf::DrawingFile& file = m_database.file();
   Facts facts;
   if (m_isPlainText) {
-    readFacts(TextScan(file.bytes(record)), facts, file.type(record));
+    readFacts(scanBehindFront(file.bytes(record), facts), facts, file.type(record));
   } else {
     readFacts(GroupScan(file.groups(record)), facts, file.type(record));
   }

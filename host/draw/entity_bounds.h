@@ -44,7 +44,7 @@ class EntityBounds {
 
   geom::Box3 of(dxf::RecordId entity, Level level);
   template <class Scan>
-  geom::Box3 scanned(Scan scan, dxf::RecordType type, dxf::RecordId entity, Level level);
+  geom::Box3 scanned(Scan scan, Facts& facts, dxf::RecordType type, dxf::RecordId entity, Level level);
   geom::Box3 drawn(dxf::RecordId entity) const;
   Facts factsOf(dxf::RecordId record) const;
 

@@ -45,6 +45,8 @@ class TextScan {
     return realOf(value, m_end);
   }
 
+  /// Has the group that begins at `next` come next.
+  void goTo(const char* next) { m_next = next, m_ends = 0; }
   /// Where the record ends.
   const char* end() const { return m_end; }
 

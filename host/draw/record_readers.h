@@ -45,6 +45,21 @@ bool readCommon(const Scan& scan, EntityFacts& facts) {
   }
 }
 
+/// A scan of a record behind the groups that most entities begin with, up to the mark of their own class: these are taken as
+/// they are expected. From the record's first group on where they are others.
+inline TextScan scanBehindFront(std::string_view bytes, EntityFacts& facts) {
+  dxf::TextCursor cursor(bytes.data(), bytes.data() + bytes.size());
+  std::string_view layer;
+  const bool isUsual = cursor.take("  0\n") && cursor.takeLine() && cursor.take("  5\n") && cursor.takeLine() &&
+                       cursor.take("330\n") && cursor.takeLine() && cursor.take("100\nAcDbEntity\n  8\n") &&
+                       cursor.takeLine(layer) && cursor.take("100\n") && cursor.takeLine();
+  TextScan scan(bytes);
+  if (!isUsual) return scan;
+  facts.layer = layer;
+  scan.goTo(cursor.place());
+  return scan;
+}
+
 template <class Scan>
 void readFacts(Scan scan, EntityFacts& facts, dxf::RecordType type) {
   const bool isContent = type == dxf::RecordType::mtext;
@@ -211,6 +226,13 @@ bool takeNearTriple(dxf::TextCursor& cursor, Triple& triple) {
 template <class Collector>
 bool takeUsualLists(dxf::TextCursor& cursor, dxf::TextCursor axis, Collector& extents) {
   double value = 0;
+  // Where nothing is cut a list holds the place on the miter and a zero.
+  dxf::TextCursor uncut = cursor;
+  if (uncut.take(" 74\n2\n 41\n") && uncut.takeNear(value) && uncut.take(" 41\n0.0\n 75\n0\n") && !uncut.isAt<42>()) {
+    cursor = uncut;
+    extents.addOffset(value);
+    return true;
+  }
   if (!cursor.take<74>() || !cursor.takeCount()) return false;
   for (bool isOffset = true; cursor.take<41>(); isOffset = false) {
     if (!cursor.takeNear(value)) return false;

@@ -84,7 +84,13 @@ class TextCursor {
     return takeLineEnd(end);
   }
 
-  /// Any line.
+  /// Any line; `line` is what it says.
+  bool takeLine(std::string_view& line) {
+    const char* const begin = m_at;
+    if (!takeLine()) return false;
+    line = withoutCarriageReturn({begin, static_cast<std::size_t>(m_at - 1 - begin)});
+    return true;
+  }
   bool takeLine() {
     if (m_end - m_at >= kShortLine) {
       if (const std::uint32_t ends = shortLineEnds(); ends != 0) {
