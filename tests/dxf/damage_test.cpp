@@ -44,28 +44,20 @@ TEST(Damage, WhatCanBeMendedIsAFindingAndTheBytesStay) {
     Places findings;
   } cases[] = {
       {"nothing", kHeader + kEntities + kEof, {}},
-      {"entities alone", kEntities + kEof, {}},
-      {"no EOF", kHeader + kEntities, {{FindingCode::missingEof, 22}}},
       {"no EOF and half a group",
        kHeader + kEntities + "  0\n",
        {{FindingCode::truncatedGroup, 23}, {FindingCode::missingEof, 23}}},
       {"no ENDSEC before a section",
        kHeader + text("0 SECTION | 2 BLOCKS") + kEntities + kEof,
        {{FindingCode::missingEndsec, 15}}},
-      {"no ENDSEC before EOF",
-       kHeader + text("0 SECTION | 2 ENTITIES | 0 LINE | 5 2F") + kEof,
-       {{FindingCode::missingEndsec, 19}}},
       {"no ENDTAB",
        tables("0 TABLE | 2 VPORT | 0 TABLE | 2 LAYER | 0 ENDTAB | 0 ENDSEC"),
        {{FindingCode::missingEndtab, 9}}},
-      {"no ENDTAB before ENDSEC", tables("0 TABLE | 2 VPORT | 0 ENDSEC"), {{FindingCode::missingEndtab, 9}}},
       {"no ENDBLK", text("0 SECTION | 2 BLOCKS | 0 BLOCK | 0 LINE | 0 ENDSEC | 0 EOF"), {{FindingCode::missingEndblk, 9}}},
       {"handle used twice", kHeader + kEntities + kEntities + kEof, {{FindingCode::duplicateHandle, 27}}},
       {"handle that is none", entities("0 LINE | 5 wall") + kEof, {{FindingCode::badHandle, 5}}},
-      {"handle 0", entities("0 LINE | 5 0") + kEof, {{FindingCode::badHandle, 5}}},
       {"no handles", kHeader + entities("0 LINE | 8 0 | 0 LINE") + kEof, {{FindingCode::missingHandle, 15}}},
       {"content behind EOF", kHeader + kEntities + kEof + "\nsigned\n", {{FindingCode::contentAfterEof, 26}}},
-      {"filler behind EOF", kHeader + kEntities + kEof + "\r\n \x1A", {}},
       {"seed not above the handles",
        text("0 SECTION | 2 HEADER | 9 $HANDSEED | 5 2F | 0 ENDSEC") + kEntities + kEof,
        {{FindingCode::badHandseed, 0}}},
@@ -87,10 +79,6 @@ TEST(Damage, WhatWouldLoseContentIsRefusedAndCanBeRecovered) {
     std::string message;
     Places recovered;
   } cases[] = {
-      {"cut inside a value",
-       kHeader + "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n2",
-       "plan.dxf:18: the drawing ends inside section ENTITIES: it was cut short",
-       {{FindingCode::missingEndsec, 18}, {FindingCode::missingEof, 18}}},
       {"cut behind a code",
        kHeader + "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  5\n",
        "plan.dxf:17: the drawing ends inside section ENTITIES: it was cut short",
@@ -136,10 +124,6 @@ TEST(Damage, BinaryDamageIsTold) {
   EXPECT_EQ(recovered.file->toBytes(), unknown);
   EXPECT_EQ(recovered.file->typeName(recovered.file->find(0x31)), "LINE") << "the records behind are found again";
 
-  const auto cut = openBytes(whole.substr(0, at));
-  ASSERT_TRUE(cut.error);
-  EXPECT_EQ(cut.error->code, ErrorCode::damagedDrawing);
-
   auto commented = groups;
   commented.insert(commented.begin() + 4, {999, "not here"});
   EXPECT_EQ(openBytes(test::binaryForm(commented, BinaryCodes::twoBytes)).findings.at(0).code, FindingCode::commentInBinary);
@@ -148,14 +132,10 @@ TEST(Damage, BinaryDamageIsTold) {
 TEST(Damage, WhatIsNoDrawingIsSaidToBeNone) {
   const std::pair<const char*, std::string> cases[] = {
       {"text", "Dear reader,\nthis is a letter.\n"},
-      {"numbers", "1\n2\n3\n4\n"},
       {"CSV", "0,LINE,5\n1,2,3\n"},
       {"zero bytes", std::string(5000, '\0')},
-      {"one line end", "\n"},
       {"line ends", std::string(5000, '\n')},
-      {"EOF alone", "  0\nEOF\n"},
       {"records without sections", "  0\nLINE\n  0\nEOF\n"},
-      {"sentinel alone", test::binaryForm({}, BinaryCodes::twoBytes)},
       {"a picture", std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16)},
   };
   for (const auto& [name, bytes] : cases) {
@@ -181,9 +161,7 @@ TEST(Damage, ADrawingBrokenAllOverIsNotReportedWithoutEnd) {
 
 TEST(Damage, ARecordTooLongToBeMeantIsAFinding) {
   const std::string bytes = kHeader + entities("0 TEXT | 5 2F | 1 " + std::string(std::size_t{65} << 20, 'x')) + kEof;
-  const auto opened = openBytes(bytes);
-  ASSERT_TRUE(opened.file);
-  EXPECT_EQ(placesOf(opened.findings), (Places{{FindingCode::absurdRecord, 15}}));
+  EXPECT_EQ(placesOf(openBytes(bytes).findings), (Places{{FindingCode::absurdRecord, 15}}));
 }
 
 TEST(Damage, CutAnywhereADrawingIsRefusedOrKept) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/numbers.h"
 #include "dxf/sample_drawing.h"
 
 namespace torva::dxf {
@@ -34,7 +35,6 @@ std::vector<Shape> shapes() {
       {"CR LF", test::textForm(groups, "\r\n")},
       {"CR", test::textForm(groups, "\r")},
       {"bare codes", test::textForm(groups, "\n", Codes::bare)},
-      {"CR LF, bare codes", test::textForm(groups, "\r\n", Codes::bare)},
       {"mixed line ends", mixed},
       {"byte order mark", "\xEF\xBB\xBF" + test::textForm(groups)},
       {"comments", test::textForm(commented)},
@@ -58,27 +58,39 @@ std::string textOf(const DrawingFile& file, Handle handle, int code) {
   return "no such group";
 }
 
+/// A value as a text drawing has it.
+std::string shown(const Group& group) {
+  const ValueKind kind = valueKind(group.code);
+  if (kind == ValueKind::real) return formatReal(group.real().value());
+  if (kind == ValueKind::text || kind == ValueKind::handle || group.form == Form::text) return std::string(group.value);
+  if (kind != ValueKind::bytes) return std::to_string(group.integer().value());
+  std::string digits;
+  for (const unsigned char c : group.value) digits.append({"0123456789ABCDEF"[c / 16], "0123456789ABCDEF"[c % 16]});
+  return digits;
+}
+
 TEST(DrawingFile, ReadsAndKeepsADrawingInEveryShape) {
   const auto all = shapes();
-  ASSERT_EQ(all.size(), 12u);
+  ASSERT_EQ(all.size(), 11u);
   for (const Shape& shape : all) {
     SCOPED_TRACE(shape.name);
     const DrawingFile file = opened(shape.bytes);
     EXPECT_EQ(file.toBytes(), shape.bytes);
     EXPECT_FALSE(file.isModified());
-    const RecordId mline = file.find(0x2F);
-    ASSERT_NE(mline, kNoRecord);
-    EXPECT_EQ(file.type(mline), RecordType::mline);
-    EXPECT_EQ(file.typeName(mline + 1), "UNHEARD");
+    EXPECT_EQ(file.type(file.find(0x2F)), RecordType::mline);
     EXPECT_EQ(file.type(file.find(0x17)), RecordType::dimstyle);
-    EXPECT_EQ(file.type(file.find(8)), RecordType::table);
-    EXPECT_EQ(textOf(file, 0x2F, 8), "Walls");
     EXPECT_EQ(file.typeName(file.section("OBJECTS") + 1), "DICTIONARY");
-    EXPECT_EQ(file.section("NONE"), kNoRecord);
-    for (const Group& group : file.groups(mline)) {
-      EXPECT_EQ(group.realOr(0), group.code == 20 ? 1e20 : group.realOr(0));
-      EXPECT_EQ(group.integerOr(0), group.code == 72 ? 2 : group.integerOr(0));
+    test::SampleGroups read, expected = sampleGroups(file.version() == Version::r12 ? "AC1009" : "AC1015");
+    for (RecordId id = file.section("HEADER"); id < file.recordCount(); ++id) {
+      for (const Group& group : file.groups(id)) {
+        if (group.code != 999) read.emplace_back(group.code, shown(group));
+      }
     }
+    for (auto& [code, value] : expected) {
+      if (valueKind(code) == ValueKind::real) value = formatReal(parseReal(value).value());
+    }
+    read.resize(expected.size());  // behind EOF anything may stand
+    EXPECT_EQ(read, expected);
   }
 }
 
@@ -88,24 +100,14 @@ TEST(DrawingFile, AnEditChangesWhatWasEditedAndNothingElse) {
     DrawingFile file = opened(shape.bytes);
     const RecordId mline = file.find(0x2F);
     RecordBuilder builder(file);
-    for (const Group& group : file.groups(mline)) {
-      if (group.code == 8) {
-        builder.text(8, L"Roof");
-      } else {
-        builder.copy(group);
-      }
-    }
+    for (const Group& group : file.groups(mline)) group.code == 8 ? builder.text(8, L"Roof") : builder.copy(group);
     const std::size_t groupAt = shape.bytes.find("Walls", shape.bytes.find(file.bytes(mline)));
     file.setBytes(mline, builder.take());
     EXPECT_TRUE(file.isModified());
-    EXPECT_TRUE(file.isChanged(mline));
-    EXPECT_EQ(textOf(file, 0x2F, 8), "Roof");
-
     const std::string edited = file.toBytes();
     const auto same = std::ranges::mismatch(edited, shape.bytes).in2 - shape.bytes.begin();
     EXPECT_LE(static_cast<std::ptrdiff_t>(groupAt) - same, 5) << "differs in front of the group";
-    const std::size_t behind = edited.find("Roof") + 4;
-    EXPECT_EQ(edited.substr(behind).substr(1), shape.bytes.substr(groupAt + 5).substr(1));
+    EXPECT_EQ(edited.substr(edited.find("Roof") + 5), shape.bytes.substr(groupAt + 6));
     EXPECT_LE(edited.size(), shape.bytes.size() + 2) << "a shorter name, a column more at most";
     EXPECT_TRUE(openBytes(edited).file);
   }
@@ -126,11 +128,9 @@ TEST(DrawingFile, RecordsAreAddedErasedAndRestored) {
     const RecordId second = file.insertAfter(mline, made("CIRCLE"));
     const RecordId between = file.insertAfter(first, made("NEWTYPE"));
     EXPECT_EQ(file.type(first), RecordType::point);
-    EXPECT_EQ(file.typeName(between), "NEWTYPE");
     EXPECT_EQ(file.typeOf("NEWTYPE"), file.type(between));
     EXPECT_EQ(file.find(file.handle(second)), second);
     EXPECT_GE(file.handle(first), 0x40u) << "$HANDSEED is above the highest handle";
-    EXPECT_EQ(file.place(second), 0u);
 
     std::vector<RecordId> order;
     for (RecordId id = mline; order.size() < 5; id = file.next(id)) order.push_back(id);
@@ -154,20 +154,15 @@ TEST(DrawingFile, RecordsAreAddedErasedAndRestored) {
   }
 }
 
-TEST(DrawingFile, ARecordBehindTheLastLineBeginsALineOfItsOwn) {
-  const std::string bytes = "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF";
-  DrawingFile file = opened(bytes);
-  file.insertAfter(file.originalCount() - 1, "999\nbye\n");
-  EXPECT_EQ(file.toBytes(), bytes + "\n999\nbye\n");
-}
-
-TEST(DrawingFile, ARecordBehindACodeWithoutValueDoesNotBecomeItsValue) {
+TEST(DrawingFile, ARecordBehindABrokenLastLineBeginsALineOfItsOwn) {
   const std::string whole = "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n";
-  DrawingFile file = opened(whole + "  0\n");
-  const RecordId added = file.insertAfter(file.originalCount() - 1, "  0\nEOF\n");
-  EXPECT_EQ(file.toBytes(), whole + "  0\nEOF\n");
-  file.setErased(added, true);
-  EXPECT_EQ(file.toBytes(), whole + "  0\n");
+  for (const auto& [last, kept] : {std::pair<std::string, std::string>{"  0\nEOF", "  0\nEOF\n"}, {"  0\n", ""}}) {
+    DrawingFile file = opened(whole + last);
+    const RecordId added = file.insertAfter(file.originalCount() - 1, "999\nbye\n");
+    EXPECT_EQ(file.toBytes(), whole + kept + "999\nbye\n");
+    file.setErased(added, true);
+    EXPECT_EQ(file.toBytes(), whole + last);
+  }
 }
 
 TEST(DrawingFile, SettingAHeaderVariableReplacesItAloneOrAddsItAtTheEnd) {
@@ -185,15 +180,15 @@ TEST(DrawingFile, SettingAHeaderVariableReplacesItAloneOrAddsItAtTheEnd) {
   EXPECT_EQ(file.toBytes(), test::textForm(groups, "\r\n"));
 
   DrawingFile bare = opened("  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n");
-  EXPECT_EQ(bare.version(), Version::r12);
   EXPECT_FALSE(bare.setHeaderVariable("$ACADVER", "  1\nAC1015\n"));
   EXPECT_FALSE(bare.isModified());
 }
 
-TEST(DrawingFile, AByteOrderMarkStaysInFrontOfAChangedFirstRecord) {
-  DrawingFile file = opened("\xEF\xBB\xBF" + test::textForm(sampleGroups()));
-  file.setHeaderVariable("$HANDSEED", "  5\n41\n");
-  EXPECT_TRUE(file.toBytes().starts_with("\xEF\xBB\xBF  0\nSECTION\n"));
+TEST(DrawingFile, ANewOneHasNothingToMend) {
+  const auto made = openBytes(newDrawing());
+  ASSERT_TRUE(made.file) << made.error->message();
+  EXPECT_TRUE(made.findings.empty());
+  EXPECT_EQ(made.file->version(), Version::r2018);
 }
 
 TEST(DrawingFile, ViewsOfARecordOutliveOtherChanges) {
@@ -208,21 +203,20 @@ TEST(DrawingFile, ViewsOfARecordOutliveOtherChanges) {
 
 TEST(DrawingFile, ANewHandleIsAboveAllThatAreUsed) {
   // The highest handle of the sample is 31.
-  const std::pair<const char*, Handle> cases[] = {
-      {"40", 0x40}, {"32", 0x32}, {"5", 0x32}, {"", 0x32}, {"FFFFFFFFFFFFFFFF", 0x32}, {"zzz", 0x32}};
-  for (const auto& [seed, expected] : cases) {
+  for (const auto& [seed, expected] :
+       {std::pair<const char*, Handle>{"40", 0x40}, {"5", 0x32}, {"FFFFFFFFFFFFFFFF", 0x32}}) {
     auto groups = sampleGroups();
     groups[7].second = seed;
-    DrawingFile file = opened(test::textForm(groups));
-    EXPECT_EQ(file.newHandle(), expected) << seed;
-    EXPECT_EQ(file.newHandle(), expected + 1) << seed;
+    EXPECT_EQ(opened(test::textForm(groups)).newHandle(), expected) << seed;
   }
 }
 
-TEST(DrawingFile, ThePlaceIsTheLineOrTheByte) {
+TEST(DrawingFile, ThePlaceIsTheLineOrTheByteAlsoBehindAByteOrderMark) {
   for (const char* lineEnd : {"\n", "\r\n", "\r"}) {
-    const DrawingFile file = opened("\xEF\xBB\xBF" + test::textForm(sampleGroups(), lineEnd));
+    DrawingFile file = opened("\xEF\xBB\xBF" + test::textForm(sampleGroups(), lineEnd));
     EXPECT_EQ(file.place(file.find(0x2F)), 69u);  // behind 34 groups of 2 lines
+    file.setHeaderVariable("$HANDSEED", {});
+    EXPECT_TRUE(file.toBytes().starts_with("\xEF\xBB\xBF  0"));
   }
   const std::string binary = test::binaryForm(sampleGroups(), BinaryCodes::twoBytes);
   const DrawingFile file = opened(binary);
@@ -238,13 +232,11 @@ TEST(DrawingFile, TextsFollowTheVersionAndTheCodePage) {
     std::wstring text;
     std::size_t findings;
   } cases[] = {
-      {"page", "AC1015", "ANSI_1252", "B\xFCro", L"B\u00FCro", 0},
       {"page in small letters", "AC1015", "ansi_1251", "\xC6", L"\u0416", 0},
       {"UTF-8 whatever the page says", "AC1021", "ANSI_1251", "B\xC3\xBCro", L"B\u00FCro", 0},
       {"bytes that are no UTF-8", "AC1032", "ANSI_1252", "B\xFCro", L"B\xDCFCro", 0},
       {"UTF-8 under a page that cannot decode it", "AC1015", "ANSI_936", "\xE4\xB8\xAD", L"\u4E2D", 1},
       {"unknown page", "AC1009", "dos437", "\xFC", L"\u00FC", 1},
-      {"unknown page, all ASCII", "AC1009", "dos437", "plain", L"plain", 0},
   };
   for (const auto& c : cases) {
     auto groups = sampleGroups(c.version);

@@ -30,15 +30,19 @@ test::SampleGroups builtGroups(const std::array<const char*, 4>& integers) {
 }
 
 TEST(RecordBuilder, WritesColumnsAndLineEndsAsTheDrawingHasThem) {
-  for (const std::string lineEnd : {"\n", "\r\n", "\r"}) {
-    const auto opened = openBytes(test::textForm(sampleGroups(), lineEnd));
-    ASSERT_TRUE(opened.file);
+  const auto built = [](std::string drawing) {
+    const auto opened = openBytes(std::move(drawing));
+    EXPECT_TRUE(opened.file);
     RecordBuilder builder(*opened.file);
     buildAll(builder);
-    const test::SampleGroups expected = builtGroups({"    -3", "     1", "   123456", "        7"});
-    EXPECT_EQ(builder.take(), test::textForm(expected, lineEnd));
-    EXPECT_EQ(builder.take(), "");
-  }
+    return builder.take();
+  };
+  const test::SampleGroups text = builtGroups({"    -3", "     1", "   123456", "        7"});
+  for (const std::string lineEnd : {"\n", "\r\n", "\r"})
+    EXPECT_EQ(built(test::textForm(sampleGroups(), lineEnd)), test::textForm(text, lineEnd));
+  for (const BinaryCodes codes : {BinaryCodes::oneByte, BinaryCodes::twoBytes})
+    EXPECT_EQ(built(test::binaryForm(sampleGroups("AC1009"), codes)),
+              test::binaryForm(builtGroups({"-3", "1", "123456", "7"}), codes).substr(22));
 }
 
 TEST(RecordBuilder, AGroupBehindALastLineWithoutEndBeginsALineOfItsOwn) {
@@ -48,17 +52,6 @@ TEST(RecordBuilder, AGroupBehindALastLineWithoutEndBeginsALineOfItsOwn) {
   for (const Group& group : opened.file->groups(opened.file->recordCount() - 1)) builder.copy(group);
   builder.integer(62, 1);
   EXPECT_EQ(builder.take(), "  0\r\nPOINT\r\n  8\r\nWalls\r\n 62\r\n     1\r\n");
-}
-
-TEST(RecordBuilder, WritesTheBinaryForm) {
-  for (const BinaryCodes codes : {BinaryCodes::oneByte, BinaryCodes::twoBytes}) {
-    const auto opened = openBytes(test::binaryForm(sampleGroups("AC1009"), codes));
-    ASSERT_TRUE(opened.file);
-    RecordBuilder builder(*opened.file);
-    buildAll(builder);
-    const test::SampleGroups expected = builtGroups({"-3", "1", "123456", "7"});
-    EXPECT_EQ(builder.take(), test::binaryForm(expected, codes).substr(22));
-  }
 }
 
 }  // namespace

@@ -18,16 +18,18 @@ using SampleGroups = std::vector<std::pair<int, std::string>>;
 /// A small drawing with what opening looks at: header, tables, a block, entities, objects.
 inline SampleGroups sampleGroups(const std::string& version = "AC1015") {
   return {
-      {0, "SECTION"},   {2, "HEADER"},       {9, "$ACADVER"},   {1, version},    {9, "$DWGCODEPAGE"}, {3, "ANSI_1252"},
-      {9, "$HANDSEED"}, {5, "40"},           {9, "$EXTMIN"},    {10, "1.5"},     {20, "-2.0"},        {30, "0.0"},
-      {0, "ENDSEC"},    {0, "SECTION"},      {2, "TABLES"},     {0, "TABLE"},    {2, "DIMSTYLE"},     {5, "8"},
-      {0, "DIMSTYLE"},  {105, "17"},         {5, "ARROW"},      {2, "Standard"}, {0, "ENDTAB"},       {0, "ENDSEC"},
-      {0, "SECTION"},   {2, "BLOCKS"},       {0, "BLOCK"},      {5, "20"},       {2, "*Model_Space"}, {0, "ENDBLK"},
-      {5, "21"},        {0, "ENDSEC"},       {0, "SECTION"},    {2, "ENTITIES"}, {0, "MLINE"},        {5, "2F"},
-      {330, "1F"},      {8, "Walls"},        {10, "0.1"},       {20, "1.0E+20"}, {72, "2"},           {90, "123456"},
-      {1001, "ROOMS"},  {1040, "2.5"},       {1071, "7"},       {0, "UNHEARD"},  {5, "30"},           {310, "0A1B2C"},
-      {290, "1"},       {160, "1234567890"}, {0, "LINE"},       {5, "31"},       {1, "last"},         {0, "ENDSEC"},
-      {0, "SECTION"},   {2, "OBJECTS"},      {0, "DICTIONARY"}, {5, "C"},        {3, "ACAD_GROUP"},   {350, "D"},
+      {0, "SECTION"},   {2, "HEADER"},     {9, "$ACADVER"}, {1, version},        {9, "$DWGCODEPAGE"},
+      {3, "ANSI_1252"}, {9, "$HANDSEED"},  {5, "40"},       {9, "$EXTMIN"},      {10, "1.5"},
+      {20, "-2.0"},     {30, "0.0"},       {0, "ENDSEC"},   {0, "SECTION"},      {2, "TABLES"},
+      {0, "TABLE"},     {2, "DIMSTYLE"},   {5, "8"},        {0, "DIMSTYLE"},     {105, "17"},
+      {5, "ARROW"},     {2, "Standard"},   {0, "ENDTAB"},   {0, "ENDSEC"},       {0, "SECTION"},
+      {2, "BLOCKS"},    {0, "BLOCK"},      {5, "20"},       {2, "*Model_Space"}, {0, "ENDBLK"},
+      {5, "21"},        {0, "ENDSEC"},     {0, "SECTION"},  {2, "ENTITIES"},     {0, "MLINE"},
+      {5, "2F"},        {330, "1F"},       {8, "Walls"},    {10, "0.1"},         {20, "1.0E+20"},
+      {72, "-2"},       {90, "-100000"},   {1001, "ROOMS"}, {1040, "2.5"},       {1071, "7"},
+      {0, "UNHEARD"},   {5, "30"},         {310, "0A1B2C"}, {290, "1"},          {160, "-5000000000"},
+      {0, "LINE"},      {5, "31"},         {1, "last"},     {0, "ENDSEC"},       {0, "SECTION"},
+      {2, "OBJECTS"},   {0, "DICTIONARY"}, {5, "C"},        {3, "ACAD_GROUP"},   {350, "D"},
       {0, "ENDSEC"},    {0, "EOF"},
   };
 }
@@ -60,30 +62,24 @@ inline std::string binaryForm(const SampleGroups& groups, BinaryCodes codes) {
       bytes += '\xFF';
       put(static_cast<std::uint16_t>(code));
     }
-    switch (valueKind(code)) {
-      case ValueKind::real:
-        put(std::strtod(value.c_str(), nullptr));
-        break;
-      case ValueKind::int16:
-        put(static_cast<std::int16_t>(std::atoi(value.c_str())));
-        break;
-      case ValueKind::int32:
-        put(static_cast<std::int32_t>(std::atoi(value.c_str())));
-        break;
-      case ValueKind::int64:
-        put(static_cast<std::int64_t>(std::atoll(value.c_str())));
-        break;
-      case ValueKind::boolean:
-        put(static_cast<std::uint8_t>(std::atoi(value.c_str())));
-        break;
-      case ValueKind::bytes:
-        put(static_cast<std::uint8_t>(value.size() / 2));
-        for (std::size_t i = 0; i + 1 < value.size(); i += 2) {
-          put(static_cast<std::uint8_t>(std::stoi(value.substr(i, 2), nullptr, 16)));
-        }
-        break;
-      default:
-        bytes.append(value).push_back('\0');
+    const auto integer = [&value = value] { return std::atoll(value.c_str()); };
+    const ValueKind kind = valueKind(code);
+    if (kind == ValueKind::real) {
+      put(std::strtod(value.c_str(), nullptr));
+    } else if (kind == ValueKind::int16) {
+      put(static_cast<std::int16_t>(integer()));
+    } else if (kind == ValueKind::int32) {
+      put(static_cast<std::int32_t>(integer()));
+    } else if (kind == ValueKind::int64) {
+      put(static_cast<std::int64_t>(integer()));
+    } else if (kind == ValueKind::boolean) {
+      put(static_cast<std::uint8_t>(integer()));
+    } else if (kind == ValueKind::bytes) {
+      put(static_cast<std::uint8_t>(value.size() / 2));
+      for (std::size_t i = 0; i < value.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(value.substr(i, 2), nullptr, 16));
+    } else {
+      bytes.append(value).push_back('\0');
     }
   }
   return bytes;
