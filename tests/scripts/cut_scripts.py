@@ -4,7 +4,7 @@
 cut_scripts.py --torvac PATH [--rounds N]
 
 Every script below is cut behind each of its answers. Cut short, it must report nothing but the command it ended in; with `^C`
-there, it must report nothing, and the command line must take a further command.
+there, it must report nothing, and `UNDO` must bring the drawing back byte for byte, as far as it is still the same drawing.
 """
 import argparse
 import random
@@ -28,6 +28,10 @@ SCRIPTS = [
     "-MLEDIT CA %s %s ^C NEW No OPEN N QUIT No NEW Yes" % (PIPE, ON_PIPE),
     "SAVEAS other.dxf QSAVE NEW SAVEAS other.dxf Yes QSAVE OPEN room.dxf",
     "HELP ? MLEDIT MLSTYLE",
+    'ERASE ALL R W 0,0 9,9 C 0,0 9,9 "" MOVE 8,0 "" 1,1 2,2 MOVE ALL "" D 1,1 COPY ALL "" D "" EXPLODE #31:0,0 "" CHPROP L "" C 5 ""',
+    "LINE 0,0 1,0 1,1 u 2,2 c CIRCLE 1,1 d 3 CIRCLE 2p 0,0 1,0 CIRCLE 3p 0,0 1,0 0,1 UCS o 1,2 UCS z 30 UCS 3,4 UCS w UCS p",
+    "MLINE j z s 2 st ? standard 0,0 1,0 1,1 u u u 2,0 2,2 0,2 c",
+    'LAYER n A,B m C s 0 off C,0 yes on * c red A l ? continuous B f A t * lo * u A ? * ""',
 ]
 WORDS = sorted({word for script in SCRIPTS for word in script.split()} | {"^C", "\n", "@1,1", "@5<30", "\"", ";", "1e999", "\0", "_u"})
 
@@ -44,7 +48,7 @@ class Torvac:
             leftover.unlink()
         (self.folder / "room.dxf").write_bytes(self.room)
         (self.folder / "cut.scr").write_text(text)
-        command = [self.path, "--profile", "profile", "room.dxf", "--script", "cut.scr"]
+        command = [self.path, "--profile", "profile", "room.dxf", "--script", "cut.scr", "--output", "out.dxf"]
         return subprocess.run(command, cwd=self.folder, stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
 
     def expect(self, holds, what, text, done):
@@ -62,9 +66,10 @@ def cut(torvac, script):
         ended = [fault for fault in faults if "ended inside the command" in fault]
         torvac.expect(len(ended) <= 1 and ended == faults and done.returncode == len(ended), "cut short", text, done)
 
-        text = text + "\n^C\nSETVAR ERRNO\n"
+        text = text + "\n^C\nUNDO 99\n"
         done = torvac.run(text)
-        torvac.expect(done.returncode == 0 and not done.stderr and b"ERRNO = " in done.stdout.splitlines()[-1],
+        isAsBefore = (torvac.folder / "out.dxf").read_bytes() == torvac.room or "NEW" in words
+        torvac.expect(done.returncode == 0 and not done.stderr and b" to take back." in done.stdout and isAsBefore,
                       "cancelled", text, done)
     return len(words)
 
