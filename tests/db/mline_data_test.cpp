@@ -31,10 +31,6 @@ struct Wall {
   dxf::RecordId record = 0;
 };
 
-db::MlineVertex vertexAt(double x) {
-  return {{x, 0, 0}, {1, 0, 0}, {0, 1, 0}, std::vector<KdMLSegment>{{{}, {0.5, 0}}, {{}, {-0.5, 0}}}};
-}
-
 void expectSame(const db::MlineData& a, const db::MlineData& b) {
   EXPECT_EQ(a.vertices, b.vertices);
   EXPECT_EQ(a.styleName, b.styleName);
@@ -45,16 +41,6 @@ void expectSame(const db::MlineData& a, const db::MlineData& b) {
   EXPECT_TRUE(a.normal.isEqualTo(b.normal, {0, 0}));
 }
 
-TEST(MlineReader, ReadsARegularRecord) {
-  const db::MlineData data = Wall(kWalls).read();
-  EXPECT_EQ(data.styleName, L"STANDARD");
-  EXPECT_EQ(data.styleHandle, 0x18u);
-  EXPECT_EQ(data.scale, 1);
-  EXPECT_EQ(data.justification, KdMlineJustification::zero);
-  EXPECT_FALSE(data.isClosed);
-  EXPECT_THAT(data.vertices, ElementsAre(vertexAt(0), vertexAt(100)));
-}
-
 TEST(MlineReader, TakesOddRecordsAsTheyAre) {
   const struct {
     const char* name;
@@ -62,12 +48,7 @@ TEST(MlineReader, TakesOddRecordsAsTheyAre) {
     std::vector<std::vector<std::size_t>> lists;  // for each vertex and element: parameters, fill values
   } cases[] = {
       {"counts that are wrong", "72 9\n73 9\n11 0\n74 7\n41 1\n41 0\n75 5\n42 3", {{2, 1}}},
-      {"empty list", "11 0\n74 0\n75 0\n74 2\n41 1\n41 0\n75 0", {{0, 0, 2, 0}}},
-      {"more elements at the second vertex",
-       "11 0\n74 1\n41 1\n75 0\n11 1\n74 1\n41 1\n75 0\n74 1\n41 2\n75 0",
-       {{1, 0}, {1, 0, 1, 0}}},
       {"no counts at all", "11 0\n41 1\n41 0\n42 3", {{2, 1}}},
-      {"lists before the first vertex", "74 1\n41 1\n75 0\n11 0", {{}}},
       {"another class part", "11 0\n74 1\n41 1\n75 0\n100 AcDbMore\n11 1\n41 2", {{1, 0}}},
       {"XDATA", "11 0\n74 1\n41 1\n1001 OTHERS\n1010 5.0\n41 2", {{1, 0}}},
       {"application groups", "11 0\n102 {OTHERS\n11 1\n41 2\n102 }\n74 1\n41 1", {{1, 0}}},
@@ -106,7 +87,6 @@ Edit setsList(std::size_t vertex, std::size_t element, const std::vector<double>
 }
 
 TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
-  const KdGePoint3d elsewhere{90, 1, 0};
   const std::vector<KdMLSegment> one = {{{}, {0.5, 0}}}, three = {{{}, {0.5, 0}}, {{}, {-0.5, 0}}, {{}, {9}}};
   const std::vector<double> fill = {1, 2}, list = {0.5, 0};
   const struct {
@@ -116,7 +96,6 @@ TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
   } edits[] = {
       {"nothing", [](auto&) {}, {}},
       {"cut", setsList(0, 0, {0.5, 0, 40, 60}), {"-74      2", "+74      4", "+41 40.0", "+41 60.0"}},
-      {"offset", setsList(0, 1, {-0.75, 0}), {"-41 -0.5", "+41 -0.75"}},
       {"value in front", setsList(0, 0, {0.5, 7, 0}), {"-74      2", "+74      3", "+41 7.0"}},
       {"emptied", setsList(1, 1, {}), {"-74      2", "-41 -0.5", "-41 0.0", "+74      0"}},
       {"fill",
@@ -125,15 +104,11 @@ TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
        },
        {"-75      0", "+75      2", "+42 1.0", "+42 2.0"}},
       {"flags", [](auto& d) { d.suppressesEndCaps = true; }, {"-71      1", "+71      9"}},
-      {"closed", [](auto& d) { d.isClosed = true; }, {"-71      1", "+71      3"}},
       {"scale", [](auto& d) { d.scale = -2; }, {"-40 1.0", "+40 -2.0"}},
-      {"justification", [](auto& d) { d.justification = KdMlineJustification::bottom; }, {"-70      1", "+70      2"}},
       {"style",
        [](auto& d) { d.styleName = L"W\u00e4nde", d.styleHandle = 0x19; },
        {"-2 STANDARD", "-340 18", "+2 W\xe4nde", "+340 19"}},
       {"first vertex", [](auto& d) { d.vertices[0].position.x = 3; }, {"-10 0.0", "+10 3.0", "-11 0.000", "+11 3.0"}},
-      {"last vertex", [&](auto& d) { d.vertices[1].position = elsewhere; }, {"-11 100.0", "-21 0.0", "+11 90.0", "+21 1.0"}},
-      {"miter", [](auto& d) { d.vertices[0].miter.x = 0.25; }, {"-13 0.0", "+13 0.25"}},
       {"element gone", [&](auto& d) { d.vertices[1].elements = one; }, {"-74      2", "-41 -0.5", "-41 0.0", "-75      0"}},
       {"new element", [&](auto& d) { d.vertices[1].elements = three; }, {"+74      1", "+41 9.0", "+75      0"}},
   };
@@ -144,26 +119,6 @@ TEST(MlineWriter, ChangesTheGroupsOfTheChangedValuesAlone) {
     edit.change(data);
     EXPECT_THAT(difference(wall.bytes(), wall.write(data)), ElementsAreArray(edit.groups));
   }
-}
-
-TEST(MlineWriter, NewAndRemovedVerticesLeaveTheOthersAlone) {
-  const Wall wall(kWalls);
-  db::MlineData data = wall.read();
-  data.vertices.insert(data.vertices.begin() + 1, vertexAt(50));
-  const std::string longer = wall.write(data);
-  const auto changes = difference(wall.bytes(), longer);
-  const std::vector<std::string> groups = {"-72      2", "+72      3", "+11 50.0", "+21 0.0",   "+31 0.0",
-                                           "+12 1.0",    "+22 0.0",    "+32 0.0",  "+13 0.0",   "+23 1.0",
-                                           "+33 0.0",    "+74      2", "+41 0.5",  "+41 0.0",   "+75      0",
-                                           "+74      2", "+41 -0.5",   "+41 0.0",  "+75      0"};
-  EXPECT_THAT(changes, testing::UnorderedElementsAreArray(groups));
-
-  data.vertices.erase(data.vertices.begin(), data.vertices.begin() + 2);
-  const auto removed = difference(wall.bytes(), wall.write(data));
-  ASSERT_EQ(removed.size(), 2 + groups.size());
-  EXPECT_THAT(std::vector(removed.begin(), removed.begin() + 4),
-              ElementsAre("-72      2", "+72      1", "-10 0.0", "+10 100.0"));
-  for (std::size_t i = 4; i < removed.size(); ++i) EXPECT_EQ(removed[i][0], '-');
 }
 
 TEST(MlineWriter, KeepsWhatItDoesNotKnowWhereItStood) {
@@ -191,13 +146,6 @@ TEST(MlineWriter, KeepsWhatItDoesNotKnowWhereItStood) {
   }
 }
 
-TEST(MlineWriter, FindsHeaderGroupsBehindVertices) {
-  const Wall wall("0 MLINE\n5 A0\n100 AcDbMline\n2 STANDARD\n11 0.0\n40 2.0\n11 1.0\n11 2.0");
-  db::MlineData data = wall.read();
-  data.scale = 3;
-  EXPECT_THAT(difference(wall.bytes(), wall.write(data)), ElementsAre("-40 2.0", "+40 3.0"));
-}
-
 TEST(MlineWriter, AWrongCountStaysAsLongAsItsListDoes) {
   const Wall wall("0 MLINE\n5 A0\n100 AcDbMline\n2 STANDARD\n72 9\n11 0.0\n74 7\n41 1.0\n75 0\n74 7\n41 2.0\n75 0");
   db::MlineData data = wall.read();
@@ -206,56 +154,27 @@ TEST(MlineWriter, AWrongCountStaysAsLongAsItsListDoes) {
   EXPECT_THAT(difference(wall.bytes(), wall.write(data)), ElementsAre("-74 7", "-41 2.0", "+74      1", "+41 3.0"));
 }
 
-TEST(MlineWriter, KeepsTheLineEndsOfTheDrawing) {
-  const auto edited = [](const std::string& text) {
-    const auto database = openText(text);
-    const dxf::RecordId record = database->file().find(0xA0);
-    db::MlineData data = db::readMline(database->file(), record);
-    setsList(0, 0, {0.5, 0, 40, 60})(data);
-    return std::string(db::writeMline(database->file(), record, data).bytes());
-  };
-  const auto withEnds = [](const std::string& text, const std::string& lineEnd) {
-    std::string result;
-    for (const char c : text) result += c == '\n' ? lineEnd : std::string(1, c);
-    return result;
-  };
-  for (const std::string lineEnd : {"\r\n", "\r"}) {
-    EXPECT_EQ(edited(withEnds(planText(), lineEnd)), withEnds(edited(planText()), lineEnd));
-  }
-}
-
 TEST(MlineWriter, AnEditOfALongRecordCopiesNothingOfTheRestAndIsSavedTheSame) {
   std::string text = "0 MLINE\n5 A0\n100 AcDbEntity\n8 0\n100 AcDbMline\n2 STANDARD\n40 1.0\n72 500";
-  for (int i = 0; i < 500; ++i) {
-    text +=
-        "\n11 " + std::to_string(i) + ".50\n21 0\n31 0\n12 1.0\n22 0\n32 0\n13 0\n23 1.0\n33 0\n74 2\n41 0.5\n41 0.0\n75 0";
-  }
+  for (int i = 0; i < 500; ++i) text += "\n11 " + std::to_string(i) + ".50\n21 0\n31 0\n74 2\n41 0.5\n41 0.0\n75 0";
   const Wall wall(text);
   dxf::DrawingFile& file = wall.database->file();
-  const std::string before = file.toBytes(), record(wall.bytes());
+  const std::string before = file.toBytes();
+  const std::string_view record = wall.bytes();
   db::MlineData data = wall.read();
   setsList(250, 0, {0.5, 0, 40, 60})(data);
   const dxf::RecordText edited = db::writeMline(file, wall.record, data);
   std::size_t kept = 0;
   edited.forEachPiece([&](std::string_view piece) {
-    if (piece.data() >= wall.bytes().data() && piece.data() < wall.bytes().data() + wall.bytes().size())
-      kept += piece.size();
+    if (piece.data() >= record.data() && piece.data() < record.data() + record.size()) kept += piece.size();
   });
   EXPECT_GT(kept, record.size() * 9 / 10);
   file.setBytes(wall.record, edited);
   const std::string after = file.toBytes();
-  const auto change = ElementsAre("-74 2", "+74      4", "+41 40.0", "+41 60.0");
-  EXPECT_THAT(difference(before, after), change);
-  EXPECT_THAT(difference(record, wall.bytes()), change);
+  EXPECT_THAT(difference(before, after), ElementsAre("-74 2", "+74      4", "+41 40.0", "+41 60.0"));
+  EXPECT_FALSE(edited.says(record));
+  EXPECT_TRUE(edited.says(wall.bytes()));
   EXPECT_EQ(file.toBytes(), after) << "in one piece as in several";
-
-  data = wall.read();
-  data.scale = 2;
-  const dxf::RecordText again = db::writeMline(file, wall.record, data);
-  EXPECT_THAT(difference(wall.bytes(), again.bytes()), ElementsAre("-40 1.0", "+40 2.0"));
-  file.setBytes(wall.record, again);
-  file.setState(wall.record, {});
-  EXPECT_EQ(file.toBytes(), before);
 }
 
 /// Whatever a record says and whatever it is to say, what is written reads back as what was wanted.

@@ -2,7 +2,6 @@
 #include <cmath>
 #include <gmock/gmock.h>
 #include <limits>
-#include <sstream>
 
 #include "db/mline_data.h"
 #include "db/plan.h"
@@ -25,23 +24,6 @@ std::vector<double> listAt(const KdDbMline& mline, int vertex, std::size_t eleme
   return {list.begin(), list.end()};
 }
 
-/// Axis, miter and the elements' distances along it at each vertex; expects that nothing is cut.
-std::vector<std::string> framesOf(const KdDbMline& mline) {
-  std::vector<std::string> frames;
-  const auto rounded = [](double value) { return std::round(value * 1e9) / 1e9 + 0.0; };
-  for (int vertex = 0; vertex < mline.numVertices(); ++vertex) {
-    const KdGeVector3d axis = mline.axisAt(vertex), miter = mline.miterAt(vertex);
-    std::ostringstream frame;
-    frame << rounded(axis.x) << ' ' << rounded(axis.y) << " | " << rounded(miter.x) << ' ' << rounded(miter.y) << ':';
-    for (std::size_t element = 0; element < mline.segmentsAt(vertex).size(); ++element) {
-      EXPECT_THAT(listAt(mline, vertex, element), ElementsAre(testing::_, 0));
-      frame << ' ' << rounded(listAt(mline, vertex, element).at(0));
-    }
-    frames.push_back(frame.str());
-  }
-  return frames;
-}
-
 void setList(KdDbMline& mline, int vertex, std::size_t element, const std::vector<double>& values) {
   std::vector<std::vector<KdMLSegment>> parameters;
   ASSERT_EQ(mline.getParametersAt(vertex, parameters), KdStatus::ok);
@@ -61,49 +43,6 @@ class MlineTest : public PlanTest {
   }
 };
 
-TEST_F(MlineTest, FramesFollowPathStyleAndClosing) {
-  KdDbMline mline;
-  draw(mline, {{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}});
-  const std::string second = "0 1 | -0.707107 0.707107: 0.707107 -0.707107",
-                    third = "-1 0 | -0.707107 -0.707107: 0.707107 -0.707107";
-  const auto open = ElementsAre("1 0 | 0 1: 0.5 -0.5", second, third, "-1 0 | 0 -1: 0.5 -0.5");
-  EXPECT_THAT(framesOf(mline), open);
-  for (const int vertex : {-1, 4}) EXPECT_TRUE(mline.segmentsAt(vertex).empty());
-  ASSERT_EQ(mline.setClosedMline(true), KdStatus::ok);
-  EXPECT_THAT(framesOf(mline), ElementsAre("1 0 | 0.707107 0.707107: 0.707107 -0.707107", second, third,
-                                           "0 -1 | 0.707107 -0.707107: 0.707107 -0.707107"));
-  ASSERT_EQ(mline.setClosedMline(false), KdStatus::ok);
-  EXPECT_THAT(framesOf(mline), open);
-
-  KdDbMline turned;  // its style's ends stand at 45 and 60 degrees
-  ASSERT_EQ(turned.setStyle(id(0x19)), KdStatus::ok);
-  draw(turned, {{0, 0, 0}, {100, 0, 0}});
-  EXPECT_THAT(framesOf(turned),
-              ElementsAre("1 0 | 0.707107 0.707107: 2.82843 1.41421 -1.41421", "1 0 | 0.5 0.866025: 2.3094 1.1547 -1.1547"));
-}
-
-TEST_F(MlineTest, JustificationAndScaleMoveTheElements) {
-  const struct {
-    KdMlineJustification justification;
-    double scale;
-    const char* frame;
-  } cases[] = {
-      {KdMlineJustification::top, 1, "1 0 | 0 1: 0 -1"},     {KdMlineJustification::zero, 1, "1 0 | 0 1: 0.5 -0.5"},
-      {KdMlineJustification::bottom, 1, "1 0 | 0 1: 1 0"},   {KdMlineJustification::top, -1, "1 0 | 0 1: 0 1"},
-      {KdMlineJustification::zero, 20, "1 0 | 0 1: 10 -10"}, {KdMlineJustification::bottom, 0, "1 0 | 0 1: 0 0"},
-  };
-  for (const bool isDrawnFirst : {true, false}) {
-    for (const auto& row : cases) {
-      KdDbMline mline;
-      if (isDrawnFirst) draw(mline, {{0, 0, 0}, {100, 0, 0}});
-      EXPECT_EQ(mline.setJustification(row.justification), KdStatus::ok);
-      EXPECT_EQ(mline.setScale(row.scale), KdStatus::ok);
-      if (!isDrawnFirst) draw(mline, {{0, 0, 0}, {100, 0, 0}});
-      EXPECT_THAT(framesOf(mline), ElementsAre(row.frame, row.frame)) << row.scale;
-    }
-  }
-}
-
 /// The point at which a value of element 1's list lies, in the drawing.
 KdGePoint3d pointAt(const KdDbMline& mline, int vertex, std::size_t index) {
   const std::vector<double> list = listAt(mline, vertex, 1);
@@ -120,7 +59,6 @@ TEST_F(MlineTest, BreaksStayWhereTheyAreWhenTheListsAreRecomputed) {
   } cases[] = {
       {"append", [&](auto& m) { return m.appendSeg(point); }, 2, false},
       {"close", [](auto& m) { return m.setClosedMline(true); }, 2, false},
-      {"remove", [&](auto& m) { return m.removeLastSeg(point); }, 1, false},
       {"scale", [](auto& m) { return m.setScale(3); }, 2, true},
   };
   for (const auto& row : cases) {
@@ -148,7 +86,6 @@ TEST_F(MlineTest, NoPathGivesValuesThatAreNoNumbers) {
       {"one vertex", {{1, 2, 3}}},
       {"the same point again and again", {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}}},
       {"turn back", {{0, 0, 0}, {10, 0, 0}, {5, 0, 0}}},
-      {"nearly turn back", {{0, 0, 0}, {10, 0, 0}, {0, 1e-12, 0}}},
       {"along the normal", {{0, 0, 0}, {0, 0, 10}, {10, 0, 10}}},
       {"far apart", {{-1e308, 0, 0}, {1e308, 0, 0}, {0, 1e308, 0}}},
   };
@@ -181,7 +118,8 @@ TEST_F(MlineTest, WithoutItsStyleItKeepsTheDistancesItHas) {
     ASSERT_EQ(mline->setParametersAt(vertex, parameters), KdStatus::ok);
   }
   ASSERT_EQ(mline->appendSeg({100, 50, 0}), KdStatus::ok);
-  EXPECT_EQ(framesOf(*mline).back(), "0 1 | -1 0: 7 -0.5 -3");
+  for (const auto& [element, distance] : {std::pair{0, 7.0}, {1, -0.5}, {2, -3.0}})
+    EXPECT_THAT(listAt(*mline, 2, static_cast<std::size_t>(element)), ElementsAre(distance, 0));
 }
 
 TEST_F(MlineTest, RefusesValuesThatAreNoNumbersAndIndicesOutside) {
@@ -208,14 +146,10 @@ TEST_F(MlineTest, ChangesNothingUnlessOpenForWrite) {
   auto* mline = open<KdDbMline>(0xA0);
   const KdDbMline other;
   KdGePoint3d point;
-  const KdStatus refused[] = {mline->appendSeg({1, 1, 0}), mline->removeLastSeg(point),      mline->setParametersAt(0, {{}}),
-                              mline->setVertexAt(0, {}),   mline->insertVertexAt(0, {}),     mline->removeVerticesAt(0, 1),
-                              mline->setClosedMline(true), mline->setSupressStartCaps(true), mline->setScale(2),
-                              mline->setStyle(id(0x19)),   mline->copyFrom(&other)};
+  const KdStatus refused[] = {mline->appendSeg({1, 1, 0}), mline->removeLastSeg(point),  mline->setParametersAt(0, {{}}),
+                              mline->setVertexAt(0, {}),   mline->insertVertexAt(0, {}), mline->removeVerticesAt(0, 1),
+                              mline->setClosedMline(true), mline->setStyle(id(0x19)),    mline->copyFrom(&other)};
   EXPECT_THAT(refused, Each(KdStatus::notOpen));
-  KdDbMlineImp* imp = KdDbMlineImp::of(KdDbSystemInternals::getImpObject(mline));
-  EXPECT_FALSE(imp->appendSegments({{5, 5, 0}, {6, 6, 0}}));
-  EXPECT_FALSE(imp->appendSeg({{1, 0, 0}, {1, 0, 0}}, KdDbMlineImp::kAxes));
   EXPECT_THAT(changes(), IsEmpty());
 }
 
@@ -223,12 +157,9 @@ TEST_F(MlineTest, InternalSideReplacesWholeLists) {
   auto* mline = open<KdDbMline>(0xA0, KdOpenMode::forWrite);
   KdDbMlineImp* imp = KdDbMlineImp::of(KdDbSystemInternals::getImpObject(mline));
   ASSERT_NE(imp, nullptr);
-  EXPECT_EQ(KdDbMlineImp::of(nullptr), nullptr);
   EXPECT_EQ(KdDbMlineImp::of(KdDbSystemInternals::getImpObject(open<KdDbEntity>(0xA1))), nullptr);
-
   EXPECT_FALSE(imp->appendSegments({{5, 5, 0}}));
   EXPECT_FALSE(imp->appendSegments({{5, 5, 0}, {kNaN, 0, 0}}));
-  EXPECT_FALSE(imp->appendSeg({{1, 0, 0}, {1, 0, 0}}, 2));
   EXPECT_TRUE(imp->appendSegments({{0, 0, 0}, {100, 7, 0}}));
   EXPECT_TRUE(imp->appendSeg({{1, 0, 0}, {0, 1, 0}}, KdDbMlineImp::kAxes));
   EXPECT_TRUE(imp->appendSeg({{0, 1, 0}, {-1, 0, 0}}, KdDbMlineImp::kMiters));
@@ -276,23 +207,13 @@ TEST_F(MlineTest, ACopyOutsideTheDatabaseBringsEverythingBack) {
   KdDbMline copy;
   ASSERT_EQ(copy.copyFrom(mline), KdStatus::ok);
   EXPECT_TRUE(copy.objectId().isNull());
-  EXPECT_EQ(copy.style(), id(0x18));
-  EXPECT_EQ(copy.layerId(), id(0x11));
-
   ASSERT_EQ(mline->appendSeg({50, 50, 0}), KdStatus::ok);
   ASSERT_EQ(mline->setStyle(id(0x19)), KdStatus::ok);
   EXPECT_EQ(mline->setSupressEndCaps(true), KdStatus::ok);
   EXPECT_EQ(copy.numVertices(), 2);
-  mline->close();
-  EXPECT_THAT(changes(), testing::Not(IsEmpty()));
-  open<KdDbMline>(0xA0, KdOpenMode::forWrite);
   ASSERT_EQ(mline->copyFrom(&copy), KdStatus::ok);
   mline->close();
-  const db::MlineData& now = database().mline(database().recordOf(id(0xA0)));
-  EXPECT_EQ(now.vertices.size(), 2u);
-  EXPECT_FALSE(now.suppressesEndCaps);
-  EXPECT_EQ(mline->style(), id(0x18));
-  EXPECT_EQ(mline->layerId(), id(0x11));
+  EXPECT_THAT(changes(), IsEmpty());
 
   EXPECT_EQ(copy.copyFrom(nullptr), KdStatus::nullPointer);
   EXPECT_EQ(copy.copyFrom(open<KdDbEntity>(0xA1)), KdStatus::wrongClass);
@@ -304,58 +225,43 @@ TEST_F(MlineTest, ACopyOutsideTheDatabaseBringsEverythingBack) {
 
 TEST_F(MlineTest, InAnotherDrawingNamesCountInsteadOfHandles) {
   std::string text = planText();
-  for (const auto& [what, by] : std::map<std::string, std::string>{{"\n5\n18\n", "\n5\nE8\n"},
-                                                                   {"350\n18\n", "350\nE8\n"},
-                                                                   {"2\nWalls\n", "2\nRooms\n"},
-                                                                   {"8\nWALLS\n", "8\nRooms\n"}})
+  for (const auto& [what, by] : {std::pair<std::string, std::string>{"\n5\n18\n", "\n5\nE8\n"},
+                                 {"350\n18\n", "350\nE8\n"},
+                                 {"2\nWalls\n", "2\nRooms\n"},
+                                 {"8\nWALLS\n", "8\nRooms\n"}})
     for (std::size_t at; (at = text.find(what)) != std::string::npos;) text.replace(at, what.size(), by);
   const auto other = openText(text);
-  const auto* source = open<KdDbMline>(0xA0);
-  KdDbMline copy;
-  ASSERT_EQ(copy.copyFrom(source), KdStatus::ok);
-  auto* added = new KdDbMline;
-  ASSERT_EQ(added->copyFrom(source), KdStatus::ok);
-
+  auto* copy = new KdDbMline;
+  ASSERT_EQ(copy->copyFrom(open<KdDbMline>(0xA0)), KdStatus::ok);
   const Current<db::Database> current(*other);
-  EXPECT_EQ(copy.style(), other->idOfHandle(0xE8));
   auto* target = openIn<KdDbMline>(*other, 0xA0, KdOpenMode::forWrite);
-  ASSERT_EQ(target->copyFrom(&copy), KdStatus::ok);
+  ASSERT_EQ(target->copyFrom(copy), KdStatus::ok);
   target->close();
-  for (const KdDbObjectId mline : {target->objectId(), append(added, other->modelSpaceId())}) {
-    const auto groups = groupsOf(*other, mline);
-    EXPECT_THAT(groups, testing::Contains("340 E8"));
-    EXPECT_THAT(groups, testing::Contains("8 0")) << "a layer that the drawing does not have";
-    EXPECT_THAT(groups, testing::Contains("62      3"));
+  for (const KdDbObjectId mline : {target->objectId(), append(copy, other->modelSpaceId())}) {
+    // The drawing does not have the layer.
+    EXPECT_THAT(groupsOf(*other, mline), testing::IsSupersetOf({"340 E8", "8 0", "62      3"}));
   }
 }
 
-TEST_F(MlineTest, ANewMultilineWithoutAStyleHasTheStandardOne) {
-  const KdDbObjectId made = append(new KdDbMline, id(0x1F));
-  EXPECT_THAT(groupsOf(database(), made), testing::IsSupersetOf({"2 STANDARD", "340 18"}));
-}
-
 TEST_F(MlineTest, ChangedPropertiesSurviveTheUndoOfALaterEdit) {
-  KdDbMline plain;
-  const auto edit = [&](const std::function<void(KdDbMline&)>& change) {
+  const auto edit = [&](const std::function<KdStatus(KdDbMline&)>& change) {
     database().beginUndoStep(L"");
     auto* mline = open<KdDbMline>(0xA0, KdOpenMode::forWrite);
-    change(*mline);
+    EXPECT_EQ(change(*mline), KdStatus::ok);
     mline->close();
     database().endUndoStep();
   };
+  KdDbMline plain;
+  const KdDbMline byDefault;
   ASSERT_EQ(plain.copyFrom(open<KdDbMline>(0xA0)), KdStatus::ok);
   database().closeAll();
-  edit([](KdDbMline& mline) {
-    const KdDbMline byDefault;
-    EXPECT_EQ(mline.copyFrom(&byDefault), KdStatus::ok);
-  });
-  edit([](KdDbMline& mline) { EXPECT_EQ(mline.setScale(5), KdStatus::ok); });
+  edit([&](KdDbMline& mline) { return mline.copyFrom(&byDefault); });
+  edit([](KdDbMline& mline) { return mline.setScale(5); });
   database().undo();
-  edit([](KdDbMline& mline) { EXPECT_EQ(mline.setScale(6), KdStatus::ok); });
-  const auto groups = groupsOf(database(), id(0xA0));
-  EXPECT_THAT(groups, testing::Contains("8 0"));
-  EXPECT_THAT(groups, testing::Not(testing::Contains("62      3")));
-  edit([&](KdDbMline& mline) { EXPECT_EQ(mline.copyFrom(&plain), KdStatus::ok); });
+  edit([](KdDbMline& mline) { return mline.setScale(6); });
+  EXPECT_THAT(groupsOf(database(), id(0xA0)),
+              testing::AllOf(testing::Contains("8 0"), testing::Not(testing::Contains("62      3"))));
+  edit([&](KdDbMline& mline) { return mline.copyFrom(&plain); });
   EXPECT_THAT(changes(), IsEmpty()) << "what comes back has the text that it had";
 }
 
@@ -377,25 +283,10 @@ TEST_F(MlineTest, SaysTheSameWhenManyOthersWereOpenedAfterIt) {
   database().undo();
   EXPECT_THAT(listAt(*mline, 1, 1), ElementsAre(-0.5, 0));
   openOthers();
-  KdDbMline copy;
-  EXPECT_EQ(copy.copyFrom(mline), KdStatus::ok);
-  EXPECT_THAT(listAt(copy, 1, 1), ElementsAre(-0.5, 0));
-  EXPECT_THAT(changes(), IsEmpty());
-}
-
-TEST(MlineEdit, IsWrittenThoughTheRecordWasReadLongBefore) {
-  std::string text(kWalls);
-  for (int i = 0; i < 9; ++i) text += "0 MLINE | 5 B" + std::to_string(i) + " | 100 AcDbMline\n";
-  const auto database = openText(planText(text));
-  const Current<db::Database> current(*database);
-  auto* mline = openIn<KdDbMline>(*database, 0xA0);
+  open<KdDbMline>(0xA0, KdOpenMode::forWrite);
+  setList(*mline, 1, 1, {-0.5, 7});
   mline->close();
-  for (dxf::Handle other = 0xB0; other <= 0xB8; ++other) (void)database->mline(database->file().find(other));
-  openIn<KdDbMline>(*database, 0xA0, KdOpenMode::forWrite);
-  EXPECT_EQ(mline->setScale(3), KdStatus::ok);
-  mline->close();
-  database->flush();
-  EXPECT_THAT(groupLines(database->file().bytes(database->file().find(0xA0))), testing::Contains("40 3.0"));
+  EXPECT_THAT(changes(), ElementsAre("-41 0.0", "+41 7.0"));
 }
 
 TEST(MlineStyleLookup, GoesByHandleThenByNameThenToStandard) {
