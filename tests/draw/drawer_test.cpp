@@ -50,11 +50,9 @@ TEST(Look, ResolvesColors) {
     std::uint32_t rgb;
     bool isForeground;
   } cases[] = {
-      {"by layer", line("", "RED"), 0xFF0000, false},
       {"own index", line(group(62, "3"), "RED"), 0x00FF00, false},
       {"true color before index", line(group(62, "3") + group(420, "66051"), "RED"), 0x010203, false},
       {"index 7 is the foreground", line(group(62, "7"), "RED"), 0, true},
-      {"by block at top level", line(group(62, "0"), "RED"), 0, true},
       {"unknown layer", line("", "NOWHERE"), 0, true},
   };
   for (const auto& c : cases) {
@@ -139,7 +137,6 @@ TEST(Curves, AreExact) {
       {"arc seen from below", entity("ARC", half + point(210, 0, 0, -1)), {-1, 0, 0}, {-3, 2, 0}, {-1, 4, 0}},
       {"quarter of an ellipse", entity("ELLIPSE", ellipse), {0, 4, 0}, {-2 * r, 4 * r, 0}, {-2, 0, 0}},
       {"bulge of a half circle", test::path({{0, 0, 1}, {4, 0, 0}}), {0, 0, 0}, {2, -2, 0}, {4, 0, 0}},
-      {"clockwise", test::path({{0, 0, 1 - 2 * r}, {2, 0, 0}}), {0, 0, 0}, {1, 2 * r - 1, 0}, {2, 0, 0}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -192,15 +189,6 @@ TEST(Texts, LoseTheirCodes) {
       {L"%%065%%u!", {L"A!"}},
   };
   for (const auto& [content, plain] : cases) EXPECT_EQ(plainLines(content), plain);
-}
-
-TEST(Texts, StandWhereTheirAlignmentSays) {
-  const std::string centered = entity("TEXT", groupsFrom("10 0 | 20 0 | 40 2 | 1 HH | 72 1 | 11 100 | 21 10 | 73 2"));
-  const DisplayList list = draw({.entities = centered});
-  ASSERT_EQ(list.primitives.size(), 1u);
-  const Text& text = std::get<Text>(list.primitives[0].shape);
-  const double width = nominalTextWidth(L"HH") * 2;
-  EXPECT_LE(text.origin.distanceTo({100 - width / 2, 9, 0}), 1e-9);
 }
 
 }  // namespace
