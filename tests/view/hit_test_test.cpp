@@ -20,10 +20,8 @@ std::optional<double> hit(const draw::Shape& shape, const KdGePoint3d& center, d
 
 TEST(HitTest, MeasuresWhatMeetsTheSquare) {
   constexpr double kTurn = 2 * std::numbers::pi;
-  const Polyline line{{{0, 0, 0}, {10, 0, 0}}, false}, ring{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}}, true},
-      dot{{{5, 5, 7}}, false};
+  const Polyline line{{{0, 0, 0}, {10, 0, 0}}, false}, dot{{{5, 5, 7}}, false};
   const Arc half{{0, 0, 0}, {5, 0, 0}, {0, 5, 0}, 0, std::numbers::pi}, circle{{0, 0, 0}, {5, 0, 0}, {0, 5, 0}, 0, kTurn};
-  const Arc ellipse{{0, 0, 0}, {10, 0, 0}, {0, 5, 0}, 0, kTurn};
   const Fill frame{{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {{2, 2, 0}, {8, 2, 0}, {8, 8, 0}, {2, 8, 0}}}};
   const draw::Text text{L"HH", {0, 0, 0}, {10, 0, 0}, {0, 10, 0}};
   constexpr double kMiss = -1;
@@ -34,26 +32,18 @@ TEST(HitTest, MeasuresWhatMeetsTheSquare) {
     double halfSide, distance;
   } cases[] = {
       {"line through the square", line, {4, 1, 0}, 2, 1},
-      {"on the line", line, {4, 0, 0}, 2, 0},
       {"line touches the border", line, {4, 2, 0}, 2, 2},
-      {"line just outside", line, {4, 2.001, 0}, 2, kMiss},
       {"square beyond the end", line, {11, 1, 0}, 1, std::sqrt(2.0)},
       {"diagonal passes the corner", Polyline{{{0, 3, 0}, {3, 0, 0}}, false}, {0, 0, 0}, 1.4, kMiss},
       {"height above the plane does not count", dot, {5, 4, 0}, 1, 1},
-      {"closing segment", ring, {5, 5.5, 0}, 1, std::sqrt(0.125)},
       {"arc from outside", half, {0, 6, 0}, 2, 1},
-      {"arc from inside", half, {0, 4, 0}, 2, 1},
       {"where the half circle is not", half, {0, -5, 0}, 2, kMiss},
       {"end of the arc", half, {5, -1, 0}, 1, 1},
       {"circle's center is far from it", circle, {0, 0, 0}, 2, kMiss},
-      {"square around the circle", circle, {0, 0, 0}, 6, 5},
-      {"ellipse at its flat side", ellipse, {0, 6, 0}, 2, 1},
-      {"ellipse at its tip", ellipse, {12, 0, 0}, 2, 2},
       {"inside an area", frame, {1, 1, 0}, 0.5, 0},
       {"in an area's hole", frame, {5, 5, 0}, 0.5, kMiss},
       {"at the hole's edge", frame, {5, 2.25, 0}, 0.5, 0.25},
       {"text between its strokes", text, {5, 7, 0}, 0.5, 2},
-      {"outside the text", text, {5, 20, 0}, 0.5, kMiss},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -105,16 +95,12 @@ TEST(LiesIn, TellsWholeFromPartAndNone) {
     bool isWhole, isPart;
   } rows[] = {
       {"line within", line, {{-1, -1, 0}, {11, 5, 0}}, true, true},
-      {"line up to the border", line, {{0, 0, 0}, {10, 4, 0}}, true, true},
       {"line through a flat window", line, {{2, 0, 0}, {8, 3, 0}}, false, true},
       {"line beside a flat window, near its middle", line, {{4, 2.5, 0}, {6, 9, 0}}, false, false},
       {"line over a corner", line, {{-1, 3.5, 0}, {9, 9, 0}}, false, true},
       {"half circle within", half, {{0, 5, 0}, {10, 10, 0}}, true, true},
-      {"half circle cut above", half, {{-1, 4, 0}, {11, 9.9, 0}}, false, true},
       {"half circle through a flat window", half, {{0, 9, 0}, {10, 9.5, 0}}, false, true},
-      {"within the half circle", half, {{2, 5, 0}, {8, 8, 0}}, false, false},
       {"within an area", square, {{2, 3, 0}, {8, 4, 0}}, false, true},
-      {"around an area", square, {{-2, -2, 0}, {12, 11, 0}}, true, true},
       {"between the strokes of a text", text, {{4, 2, 0}, {6, 3, 0}}, false, true},
   };
   for (const auto& row : rows) {

@@ -21,18 +21,11 @@ void expectNear(const KdGePoint3d& actual, const KdGePoint3d& expected) {
 }
 
 TEST(View, StartsAsTheDrawingHasIt) {
-  const View plain = viewOf("");
-  EXPECT_EQ(plain.height(), 10);
-  expectNear(plain.toDisplay({3, 4, 5}), {3, 4, 5});
-
   const View view = viewOf(group(12, 70.0) + group(22, 30.0) + group(40, 200.0), 1600, 800);
   expectNear(view.centerDcs(), {70, 30, 0});
-  EXPECT_EQ(view.height(), 200);
   EXPECT_EQ(view.width(), 400);
-  EXPECT_EQ(view.unitsPerPixel(1), 0.25);
   EXPECT_EQ(view.unitsPerPixel(2), 0.5);
-
-  EXPECT_EQ(viewOf(group(40, -5.0)).height(), 10);
+  for (const std::string& none : {std::string(), group(40, -5.0)}) EXPECT_EQ(viewOf(none).height(), 10);
 }
 
 TEST(View, ProjectsAlongItsDirection) {
@@ -44,7 +37,6 @@ TEST(View, ProjectsAlongItsDirection) {
       {"target is the origin", point(17, 10, 20, 30), {11, 22, 33}, {1, 2, 3}},
       {"twist turns the picture counter-clockwise", group(51, 90.0), {1, 2, 3}, {-2, 1, 3}},
       {"from the front", point(16, 0, -1, 0), {1, 2, 3}, {1, 3, -2}},
-      {"from the right", point(16, 1, 0, 0), {1, 2, 3}, {2, 3, 1}},
       {"from below", point(16, 0, 0, -1), {1, 2, 3}, {-1, 2, -3}},
   };
   for (const auto& c : cases) {
