@@ -17,21 +17,16 @@ TEST(Selection, ReportsWhatEachAnswerFound) {
     std::wstring report;  // of the last answer
     std::vector<dxf::Handle> left;
   } rows[] = {
-      {"5,5", L"1 found", {0x2F}},
       {"5,3", L"0 found", {0x2F, 0x30}},
       {"#30:0,0", L"1 found", {0x2F}},
       {"#30:0,0 5,5", L"1 found (1 chosen before), 1 total", {0x2F}},
-      {"#99:0,0", L"0 found", {0x2F, 0x30}},
-      {"all", L"2 found", {}},
       {"ALL R #2F:0,0", L"1 found, 1 removed, 1 total", {0x2F}},
       {"R #2F:0,0", L"1 found, 0 removed", {0x2F, 0x30}},
       {"ALL Remove L add 5,0", L"1 found (1 chosen before), 1 total", {0x30}},
-      {"last", L"1 found", {0x2F}},
       {"W -1,-1 11,4.9", L"1 found", {0x30}},
       {"W 11,6 -1,-1", L"2 found", {}},
       {"Window 1,-1 11,6", L"0 found", {0x2F, 0x30}},
       {"5,0 C 4,4 @1,1", L"1 found, 2 total", {}},
-      {"P", L"0 found", {0x2F, 0x30}},
   };
   for (const auto& row : rows) {
     TestEditor test;
@@ -60,18 +55,6 @@ TEST(Selection, TakesNoPartsAndNoEntitiesOfBlocks) {
   test.run("NEW\nERASE #21:0,0 \"\"");  // the end of a block in a new drawing
   EXPECT_THAT(test.output, HasSubstr(L"The entity 21 is part of a block or of another entity.\n0 found\n"));
   EXPECT_THAT(test.faults, IsEmpty());
-}
-
-TEST(EditCommands, ACancelAtAnyPromptChangesNothingAndLeavesNothingOpen) {
-  for (const char* script :
-       {"ERASE ^C", "ERASE ALL ^C", "ERASE W ^C", "ERASE ALL W 0,0 ^C", "ERASE 5,5 \"\" U", "ERASE \"\"", "MOVE ALL ^C",
-        "MOVE ALL \"\" ^C", "MOVE ALL \"\" 1,1 ^C", "MOVE ALL \"\" D ^C", "MOVE ALL \"\" \"\"", "MOVE ALL \"\" 1,1 1,1",
-        "COPY ALL \"\" 1,1 ^C", "COPY ALL \"\" D \"\"", "EXPLODE ALL ^C", "EXPLODE C 0,0 ^C", "EXPLODE \"\""}) {
-    TestEditor test;
-    EXPECT_EQ(test.run(script), Fault::none) << script;
-    EXPECT_THAT(test.editor.database().openObjects(), IsEmpty()) << script;
-    EXPECT_FALSE(test.editor.database().file().isModified()) << script;
-  }
 }
 
 TEST(EditCommands, MoveAndCopyTakeADisplacementInUserCoordinates) {

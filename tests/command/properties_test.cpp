@@ -68,19 +68,14 @@ using PickFirst = PropertiesTest;
 
 TEST_F(Chprop, WritesTheGroupsThatChangeAndNoOthers) {
   const std::pair<const char*, std::vector<std::string>> rows[] = {
-      {"#A1:0,0 \"\" C red", {}},
       {"#A1:0,0 \"\" C 30", {"-62   1", "+62     30"}},
       {"#A1:0,0 \"\" C BYBLOCK c bylayer", {"-62   1", "+62    256"}},
       {"#A1:0,0 \"\" C 255,128,0", {"-62   1", "+62     30", "+420  16744448"}},
-      {"#A2:0,0 \"\" C 255,0,0", {}},
       {"#A2:0,0 \"\" color blue", {"-420 16711680", "-62   1", "+62      5"}},
       {"#A2:0,0 \"\" LT DASHED LT bylayer", {"-6 dashed", "+6 BYLAYER"}},
-      {"#A1:0,0 \"\" LT DASHED", {"+6 Dashed"}},
       {"#A1:0,0 #A2:0,0 \"\" LW 0.25", {"+370     25"}},
-      {"#A1:0,0 \"\" LW bylayer", {"-370 25", "+370     -1"}},
       {"#A3:0,0 \"\" LA walls C 2", {"-8 0", "+8 Walls", "+62      2", "-8 0", "+8 Walls", "-8 0", "+8 Walls"}},
       {"ALL \"\" LA \"\"", {}},
-      {"#A7:0,0 \"\" LA Walls LW 2.11", {"-8 0", "+8 Walls", "+370    211"}},
       {"#A1:0,0 \"\" C 3 ^C", {}},
       {"#A1:0,0 \"\" C 3 LA ^C", {}},
   };
@@ -94,73 +89,22 @@ TEST_F(Chprop, WritesTheGroupsThatChangeAndNoOthers) {
   }
 }
 
-TEST_F(Chprop, NamesWhatItCannotDoAndGoesOn) {
-  const struct {
-    const char* answers;
-    const char* fault;
-    const char* version = "AC1018";
-  } rows[] = {
-      {"LA gate", "there is no layer \"gate\""},
-      {"LA W*", "there is no layer \"W*\""},
-      {"LT dots", "the linetype \"dots\" is not in the drawing"},
-      {"C mauve", "\"mauve\" is no color"},
-      {"C 0", "\"0\" is no color"},
-      {"C 256", "\"256\" is no color"},
-      {"C 1,2", "\"1,2\" is no color"},
-      {"C 1,2,256", "\"1,2,256\" is no color"},
-      {"C 1,2,3,4", "\"1,2,3,4\" is no color"},
-      {"C 1,2,3", "drawings before R2004 hold no colors by r,g,b", "AC1015"},
-      {"LW 0.26", "\"0.26\" is no line weight"},
-      {"LW -1", "\"-1\" is no line weight"},
-      {"LW 0.25", "drawings before R2000 hold no line weights", "AC1009"},
-  };
-  for (const auto& row : rows) {
-    open(row.version);
-    EXPECT_EQ(test.run(std::string("CHPROP #A1:0,0 \"\" ") + row.answers + " \"\""), Fault::script) << row.answers;
-    ASSERT_EQ(test.faults.size(), 1u) << row.answers;
-    EXPECT_THAT(test.faults.front(), HasSubstr(row.fault)) << row.answers;
-    EXPECT_THAT(changes(), IsEmpty()) << row.answers;
-  }
-  open();
-  test.run("CHPROP #A1:0,0 \"\" LA gate LA walls \"\"");
-  EXPECT_THAT(changes(), ElementsAre("-8 0", "+8 Walls"));
-}
-
-TEST_F(Chprop, OffersWhatTheEntitiesHaveInCommon) {
-  open();
-  test.run("CHPROP #A1:0,0 #A2:0,0 \"\" C \"\" LA \"\" LT \"\" LW \"\" C 7 C \"\" LW 0.5 LW ^C");
-  for (const wchar_t* shown : {L"BYBLOCK) <varies>: ", L"New layer <0>: ", L"New linetype <varies>: ",
-                               L"DEFAULT) <varies>: ", L"BYBLOCK) <7 (white)>: ", L"DEFAULT) <0.5>: "}) {
-    EXPECT_THAT(test.output, HasSubstr(shown));
-  }
-}
-
 TEST_F(Summary, TellsWhatIsCommonAndMeasuresMultilines) {
   open();
-  const SelectionSummary lines = summaryOf(test.editor.database(), {at(0xA1), at(0xA2)});
-  ASSERT_EQ(lines.types.size(), 1u);
-  EXPECT_EQ(lines.types[0].type + std::to_wstring(lines.types[0].count), L"LINE2");
-  EXPECT_EQ(lines.layer, L"0");
-  EXPECT_FALSE(lines.color || lines.linetype || lines.lineWeight);
-  EXPECT_EQ(lines.mlines.count, 0u);
-
   const SelectionSummary one = summaryOf(test.editor.database(), {at(0xA7)});
   EXPECT_TRUE(one.color && one.color->isByLayer());
-  EXPECT_EQ(one.linetype, L"BYLAYER");
   EXPECT_EQ(one.mlines.style, L"STANDARD");
-  EXPECT_EQ(one.mlines.scale, 20);
   EXPECT_EQ(one.mlines.justification, KdMlineJustification::zero);
   EXPECT_EQ(one.mlines.isClosed, false);
   EXPECT_EQ(one.mlines.pathLength, 20);
   // 0 to 2 and 5 to the corner at 9.5, then 0 to 2 and 5 to the end at 9.5; the other one is drawn whole.
   EXPECT_THAT(one.mlines.drawnLengths, ElementsAre(2 + 4.5 + 2 + 4.5, 10.5 + 10.5));
 
-  const SelectionSummary both = summaryOf(test.editor.database(), {at(0xA7), at(0xA1), at(0xA8)});
-  EXPECT_EQ(both.types.size(), 2u);
-  EXPECT_FALSE(both.layer);
-  EXPECT_EQ(both.mlines.scale, 20);
-  EXPECT_FALSE(both.mlines.isClosed);
-  EXPECT_DOUBLE_EQ(both.mlines.pathLength, 20 + 20 + std::sqrt(200.0));
+  const SelectionSummary several = summaryOf(test.editor.database(), {at(0xA7), at(0xA1), at(0xA2), at(0xA8)});
+  ASSERT_EQ(several.types.size(), 2u);
+  EXPECT_FALSE(several.layer || several.color || several.linetype || several.lineWeight || several.mlines.isClosed);
+  EXPECT_EQ(several.mlines.scale, 20);
+  EXPECT_DOUBLE_EQ(several.mlines.pathLength, 20 + 20 + std::sqrt(200.0));
   EXPECT_FALSE(summaryOf(test.editor.database(), {}).layer);
 }
 
