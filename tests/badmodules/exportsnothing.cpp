@@ -1,1 +1,0 @@
-// A shared library that is no module.
