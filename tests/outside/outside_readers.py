@@ -109,6 +109,17 @@ def judge_edits(torvac, drawing, out):
     return 2 * len(before) + len(lines)
 
 
+def judge_new_records(torvac, version, form, folder):
+    """Checks a layer, a style with its dictionary and a multiline that are made in a drawing of some version."""
+    old, out = folder / "old.dxf", folder / "made.dxf"
+    doc = ezdxf.new(version)
+    doc.rootdict.discard("ACAD_MLINESTYLE")
+    doc.saveas(old, fmt=form)
+    made, = edited(torvac, old, 'LAYER M "Stra\u00dfe" "" MLINE S 3 J Z 0,0 10,0 10,10 0,0 C', out)
+    assert made.dxf.layer == "Stra\u00dfe" and made.is_closed and len(made.vertices) == 3, f"{version} {form}: {made}"
+    assert [e.offset for e in made.style.elements] == [0.5, -0.5], f"{version} {form}: {made.style}"
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--torvac", required=True)
@@ -122,6 +133,8 @@ def main():
         for script in sorted(options.samples.glob("*.scr")):
             if script.with_suffix(".dxf").exists():
                 compared += judge(options.torvac, script.with_suffix(".dxf"), [script], Path(folder))
+        for version, form in (("R2000", "asc"), ("R2007", "asc"), ("R2018", "asc"), ("R2018", "bin")):
+            judge_new_records(options.torvac, version, form, Path(folder))
         entities = judge_edits(options.torvac, options.samples / "floor-plan.dxf", Path(folder) / "edited.dxf")
     print(f"{compared} multilines, {entities} edited entities and lines read alike by other programs")
     return 0 if compared and entities else 1
