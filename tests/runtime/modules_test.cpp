@@ -155,8 +155,19 @@ TEST_F(ModulesTest, WhatAModuleThrowsWhenStoppedIsReportedAndTheOthersAreStopped
   EXPECT_TRUE(isInMemory("throwsonstop"));
 }
 
+TEST_F(ModulesTest, AnObjectLeftOpenIsReportedAndClosed) {
+  ASSERT_TRUE(start({"misbehaves"}));
+  for (int i = 0; i < 2; ++i) {
+    printed.clear();
+    reported.clear();
+    EXPECT_EQ(run("LEAVEOPEN\n"), command::Fault::script);
+    EXPECT_THAT(printed, HasSubstr(L"opened both")) << "the objects of the run before are still open";
+    EXPECT_THAT(reported, HasSubstr("LEAVEOPEN"));
+  }
+}
+
 TEST_F(ModulesTest, ACommandThatThrowsIsAFaultAndTheScriptGoesOn) {
-  ASSERT_TRUE(start({"throws", "wellbehaved"}));
+  ASSERT_TRUE(start({"misbehaves", "wellbehaved"}));
   EXPECT_EQ(run("THROWS\nTHROWSANUMBER\nWELLBEHAVED\n"), command::Fault::script);
   EXPECT_THAT(reported, HasSubstr("out of luck"));
   EXPECT_THAT(printed, HasSubstr(L"well behaved"));
