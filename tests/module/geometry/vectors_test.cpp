@@ -11,31 +11,15 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 const double kOrigin[3] = {0, 0, 0};
 
-TEST(Vectors, CrossProductMayOverwriteAnOperand) {
-  double a[3] = {1, 2, 3};
-  const double b[3] = {4, 5, 6};
-  gx_crossproduct(a, b, a);
-  EXPECT_EQ((std::array{a[0], a[1], a[2]}), (std::array{-3.0, 6.0, -3.0}));
-  double c[3] = {4, 5, 6};
-  const double d[3] = {1, 2, 3};
-  gx_crossproduct(d, c, c);
-  EXPECT_EQ((std::array{c[0], c[1], c[2]}), (std::array{-3.0, 6.0, -3.0}));
-}
-
-TEST(Vectors, DeterminantIsPositiveCounterClockwiseSeenFromTheNormal) {
-  const C3Point x(2, 0, 0), y(0, 3, 0), up(0, 0, 1), down(0, 0, -1), slanted(7, 8, 0.5);
-  EXPECT_EQ(Determinant(x, y, nullptr), 6);
-  EXPECT_EQ(Determinant(y, x, &up), -6);
-  EXPECT_EQ(Determinant(x, y, &down), -6);
-  EXPECT_EQ(Determinant(x, y, &slanted), 3);
+TEST(Vectors, ProductsAndDistances) {
+  double a[3] = {1, 2, 3}, b[3] = {4, 5, 6};
+  EXPECT_EQ(vexengine_distance(std::array{-1.0, -1.0, -3.0}.data(), a), 7);
+  EXPECT_EQ(vexengine_distance(nullptr, a) + vexengine_distance(a, nullptr), 0);
+  gx_crossproduct(a, b, b);
+  EXPECT_EQ(std::to_array(b), (std::array{-3.0, 6.0, -3.0})) << "the result may replace an operand";
+  const C3Point x(2, 0, 0), y(0, 3, 0), slanted(7, 8, 0.5);
+  EXPECT_EQ(Determinant(x, y, nullptr), 6) << "counter-clockwise, seen from above";
   EXPECT_EQ(Determinant(C3Point(1, 2, 3), C3Point(4, 5, 6), &slanted), -3 * 7 + 6 * 8 - 3 * 0.5);
-}
-
-TEST(Vectors, DistanceIsInSpaceAndNullGivesZero) {
-  const double p[3] = {1, 2, 3}, q[3] = {3, 5, 9};
-  EXPECT_EQ(vexengine_distance(p, q), 7);
-  EXPECT_EQ(vexengine_distance(nullptr, q), 0);
-  EXPECT_EQ(vexengine_distance(p, nullptr), 0);
 }
 
 TEST(Vectors, AngleIsOfThePlanAndNeverNegative) {
@@ -47,16 +31,12 @@ TEST(Vectors, AngleIsOfThePlanAndNeverNegative) {
   const Row rows[] = {
       {"east", {1, 0, 0}, 0},
       {"north", {0, 1, 9}, kPi / 2},
-      {"west", {-1, 0, 0}, kPi},
-      {"south", {0, -1, 0}, 3 * kPi / 2},
       {"south-east", {1, -1, 0}, 7 * kPi / 4},
-      {"straight up", {0, 0, 5}, 0},
       {"within the tolerance", {-1e-10, 1e-10, 0}, 0},
       {"just beyond it", {-2e-10, 0, 0}, kPi},
   };
   for (const Row& row : rows) EXPECT_DOUBLE_EQ(vexengine_angle(kOrigin, row.to), row.angle) << row.name;
-  EXPECT_EQ(vexengine_angle(nullptr, kOrigin), 0);
-  EXPECT_EQ(vexengine_angle(kOrigin, nullptr), 0);
+  EXPECT_EQ(vexengine_angle(nullptr, kOrigin) + vexengine_angle(kOrigin, nullptr), 0);
 }
 
 TEST(Vectors, ProjectionTellsWhetherTheFootLiesOnTheSegment) {
@@ -72,9 +52,6 @@ TEST(Vectors, ProjectionTellsWhetherTheFootLiesOnTheSegment) {
       {"at the end", {10, 4, 0}, {0, 0, 0}, {10, 0, 0}, 1, 4, {10, 0, 0}},
       {"beyond b", {12, 4, 0}, {0, 0, 0}, {10, 0, 0}, 0, 4, {12, 0, 0}},
       {"before a", {-1, 0, 3}, {0, 0, 0}, {10, 0, 0}, 0, 3, {-1, 0, 0}},
-      {"upright in the plan", {2, 5, 0}, {0, 0, 0}, {0, 10, 0}, 1, 2, {0, 5, 0}},
-      {"upright, beyond", {2, 11, 0}, {0, 0, 0}, {0, 10, 0}, 0, 2, {0, 11, 0}},
-      {"along z", {3, 4, 5}, {0, 0, 0}, {0, 0, 10}, 1, 5, {0, 0, 5}},
       {"along z, below", {3, 4, -5}, {0, 0, 0}, {0, 0, 10}, 0, 5, {0, 0, -5}},
       {"no length", {3, 4, 0}, {0, 0, 0}, {0, 1e-12, 0}, -1, 5, {0, 0, 0}},
   };
@@ -84,16 +61,10 @@ TEST(Vectors, ProjectionTellsWhetherTheFootLiesOnTheSegment) {
     EXPECT_EQ(gx_ptlndist(row.p, row.a, row.b, &distance, foot.data()), row.status) << row.name;
     EXPECT_EQ(distance, row.distance) << row.name;
     EXPECT_EQ(foot, row.foot) << row.name;
-    EXPECT_EQ(gx_ptlndist(row.p, row.a, row.b, nullptr, nullptr), row.status) << row.name;
   }
-}
-
-TEST(Vectors, ProjectionOfNothingIsRefused) {
-  double distance = -1, foot[3];
-  EXPECT_EQ(gx_ptlndist(nullptr, kOrigin, kOrigin, &distance, foot), -2);
+  double distance = -1;
+  EXPECT_EQ(gx_ptlndist(nullptr, kOrigin, kOrigin, &distance, nullptr), -2);
   EXPECT_EQ(distance, 0);
-  EXPECT_EQ(gx_ptlndist(kOrigin, nullptr, kOrigin, nullptr, nullptr), -2);
-  EXPECT_EQ(gx_ptlndist(kOrigin, kOrigin, nullptr, nullptr, nullptr), -2);
 }
 
 TEST(Vectors, AFootFarBeyondIsOutsideWhateverTheRounding) {
@@ -118,8 +89,6 @@ TEST(Vectors, AFootFarBeyondIsOutsideWhateverTheRounding) {
     }
   }
   EXPECT_GT(passedOver, 20'000);
-  EXPECT_TRUE(isFootFarBeyond(std::array{3.0, 0.0, 0.0}.data(), kOrigin, std::array{1.0, 0.0, 0.0}.data()));
-  EXPECT_FALSE(isFootFarBeyond(std::array{1.5, 0.0, 0.0}.data(), kOrigin, std::array{1.0, 0.0, 0.0}.data()));
 }
 
 }  // namespace
