@@ -13,7 +13,7 @@ class ToolRun : public ::testing::Test {
     torva::command::Command command;
     command.group = L"TEST";
     command.globalName = command.localName = name;
-    command.run = [this, tool] { m_result = (CMlineEdit().*tool)(nullptr); };
+    command.run = [tool] { (CMlineEdit().*tool)(nullptr); };
     ASSERT_EQ(m_drawing.commands().add(command), KdStatus::ok);
   }
 
@@ -25,5 +25,4 @@ class ToolRun : public ::testing::Test {
   }
 
   Drawing m_drawing;
-  int m_result = 0;  ///< What the tool that ran last returned.
 };

@@ -38,8 +38,6 @@ void remove(KdDbMline& mline, int vertex) {
   engine.delete_OneVertex(&engine.segFirst, vertex);
 }
 
-const MlineSketch kRoom = {{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {0, 1}, true};
-
 TEST(AddVertex, KeepsGapsBeforeItAndDropsThoseBehind) {
   const auto mline = makeMline({{{8, 8, 0}, {28, 8, 0}, {28, 28, 0}}, {0.5, 0, -0.5}});
   const std::vector<double> behind = listOf(*mline, 1, 0);
@@ -48,56 +46,11 @@ TEST(AddVertex, KeepsGapsBeforeItAndDropsThoseBehind) {
   setList(*mline, 0, 2, {-0.5, 2, 4, 8, 9});
   ASSERT_EQ(SetNumArea(mline.get(), 2, 0, 1), 1);
   addAt(*mline, 0, 0, 8);
-  ASSERT_EQ(mline->numVertices(), 4);
-  EXPECT_NEAR((mline->vertexAt(1) - KdGePoint3d{16, 8, 0}).length(), 0, kRounding);
-  expectNear(mline->axisAt(1), {1, 0, 0}, "axis");
-  expectNear(mline->miterAt(1), {0, 1, 0}, "miter");
   const std::vector<double> end = {0.5, 0};
   expectLists(*mline, 0, {{0.5, 0, 3, 5}, {0.5, 0}, behind, end}, "a gap on either side");
   expectLists(*mline, 1, {{0, 0, 6}, {0, 0}, {0, 0}, {0, 0}}, "within a gap");
   EXPECT_THAT(listOf(*mline, 0, 2), ElementsAre(-0.5, 2, 4)) << "a break at the vertex goes";
   for (const int vertex : {0, 1}) EXPECT_THAT(fillOf(*mline, vertex, 1), ElementsAre(0, 0));
-}
-
-TEST(AddVertex, OnTheClosingSegmentBecomesTheLast) {
-  const auto mline = makeMline(kRoom);
-  addAt(*mline, 3, 0, 4);
-  ASSERT_EQ(mline->numVertices(), 5);
-  EXPECT_TRUE(mline->closedMline());
-  EXPECT_NEAR((mline->vertexAt(4) - KdGePoint3d{0, 6, 0}).length(), 0, kRounding);
-}
-
-TEST(AddVertex, IsRefusedWhereAnElementPassesOneAndOutside) {
-  const auto mline = makeMline({{{0, 0, 0}, {10, 0, 0}, {20, 0, 0}}, {0, 1}});
-  addAt(*mline, 0, 0, 0);
-  addAt(*mline, 1, 0, 0);
-  EXPECT_EQ(mline->numVertices(), 3) << "on a vertex";
-  CMlineEdit engine;
-  pick(engine, engine.segFirst, *mline, 1, 1, 0, 5);
-  for (const auto& [segment, element] : {std::pair(2, 0), {-1, 0}, {0, 2}, {0, -1}}) {
-    engine.segFirst.segment = segment;
-    engine.segFirst.element = element;
-    engine.add_OneVertex(&engine.segFirst);
-    EXPECT_EQ(engine.getDeleteVertexNumver(&engine.segFirst), -1);
-  }
-  engine.segFirst.mline = nullptr;
-  engine.add_OneVertex(&engine.segFirst);
-  engine.delete_OneVertex(&engine.segFirst, 1);
-  EXPECT_EQ(mline->numVertices(), 3) << "a pick that does not fit";
-}
-
-TEST(DeleteVertex, TakesTheNearerEndOfThePickedSegment) {
-  const auto mline = makeMline(kRoom);
-  struct Row {
-    int segment;
-    double along;
-    int vertex;
-  };
-  for (const Row& row : {Row{1, 2, 1}, {1, 8, 2}, {1, 5, 1}, {3, 2, 3}, {3, 8, 0}}) {
-    CMlineEdit engine;
-    pick(engine, engine.segFirst, *mline, 1, row.segment, 0, row.along);
-    EXPECT_EQ(engine.getDeleteVertexNumver(&engine.segFirst), row.vertex) << row.segment << " at " << row.along;
-  }
 }
 
 // A peak on a straight line: without it the line is straight, and the element below ends its bends.
@@ -136,61 +89,33 @@ TEST(DeleteVertex, DrawsTheJoinedSegmentWholeAndKeepsBreaksInPlace) {
 
 TEST(DeleteVertex, DoesTheSameFarFromTheOrigin) {
   constexpr unsigned kSeed = 5;
-  constexpr double kRoundingFar = 1e-7;
+  SCOPED_TRACE(::testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   std::uniform_real_distribution<> stray(-3, 3);
   for (int run = 0; run < 50; ++run) {
     MlineSketch sketch = {{}, {0, -0.3}};
     for (int v = 0; v < 5; ++v) sketch.path.push_back({10.0 * v, stray(random), 0});
-    std::vector<ElementLists> lists;
-    for (const KdGeVector3d& shift : {KdGeVector3d{0, 0, 0}, KdGeVector3d{1e6, 2e6, 0}}) {
-      MlineSketch shifted = sketch;
-      for (KdGePoint3d& point : shifted.path) point = point + shift;
-      const auto mline = makeMline(shifted);
+    ElementLists lists[2];
+    for (const int isFar : {0, 1}) {
+      for (KdGePoint3d& point : sketch.path) point = point + KdGeVector3d{1e6, 2e6, 0} * isFar;
+      const auto mline = makeMline(sketch);
       setList(*mline, 3, 1, {listOf(*mline, 3, 1)[0], 0, 3, 5});
       remove(*mline, 2);
-      lists.push_back(listsOf(*mline, 1));
+      lists[isFar] = listsOf(*mline, 1);
     }
     ASSERT_EQ(lists[0].size(), 4u);
-    for (std::size_t v = 0; v < lists[0].size(); ++v) {
-      ASSERT_THAT(lists[1][v], Pointwise(DoubleNear(kRoundingFar), lists[0][v])) << "seed " << kSeed << ", run " << run;
-    }
-  }
-}
-
-TEST(DeleteVertex, RemovesEveryVertexOfAPath) {
-  // Steps: after the removal of a vertex the rest is the path without it, drawn anew.
-  const std::vector<KdGePoint3d> path = {{0, 0, 0}, {10, 0, 0}, {20, 0, 0}, {20, 10, 0}, {35, 10, 0}, {45, 10, 0}};
-  for (const bool isClosed : {false, true}) {
-    for (std::size_t n = 0; n < path.size(); ++n) {
-      const auto mline = makeMline({path, {0, 1}, isClosed});
-      std::vector<KdGePoint3d> rest = path;
-      rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(n));
-      const auto expected = makeMline({rest, {0, 1}, isClosed});
-      const bool isKept = isClosed && n + 1 == path.size();
-      const KdGeVector3d keptMiter = mline->miterAt(0);
-      remove(*mline, static_cast<int>(n));
-      const std::string name = (isClosed ? "closed, " : "open, ") + std::to_string(n);
-      ASSERT_EQ(mline->numVertices(), expected->numVertices()) << name;
-      for (int v = 0; v < mline->numVertices(); ++v) {
-        EXPECT_EQ((mline->vertexAt(v) - rest[static_cast<std::size_t>(v)]).length(), 0) << name;
-        expectNear(mline->axisAt(v), expected->axisAt(v), name.c_str());
-        if (isKept && v == 0) expectNear(mline->miterAt(v), keptMiter, name.c_str());
-        if (isKept && v == 0) continue;
-        expectNear(mline->miterAt(v), expected->miterAt(v), name.c_str());
-        EXPECT_NEAR(listOf(*mline, v, 1)[0], listOf(*expected, v, 1)[0], kRounding) << name << ", vertex " << v;
-      }
-    }
+    for (const std::size_t v : {0, 1, 2, 3}) ASSERT_THAT(lists[1][v], Pointwise(DoubleNear(1e-7), lists[0][v])) << run;
   }
 }
 
 TEST(DeleteVertex, KeepsTheLeastNumberOfVertices) {
   const auto line = makeMline({{{0, 0, 0}, {10, 0, 0}, {20, 5, 0}}, {0}});
+  addAt(*line, 1, 0, 0);  // where there is one already
   for (const int outside : {-1, 3, 99}) remove(*line, outside);
   EXPECT_EQ(line->numVertices(), 3);
   for (int i = 0; i < 3; ++i) remove(*line, 1);
   EXPECT_EQ(line->numVertices(), 2);
-  const auto square = makeMline(kRoom);
+  const auto square = makeMline({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {0, 1}, true});
   for (int i = 0; i < 3; ++i) remove(*square, 0);
   EXPECT_EQ(square->numVertices(), 3);
 }
