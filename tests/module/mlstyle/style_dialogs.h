@@ -1,20 +1,11 @@
 #pragma once
 
-#include <cwctype>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "command/file_request.h"
-#include "mlstyle/OpenedObject.h"
+#include "module/mlstyle/style_drawing.h"
 #include "support/dialog_driver.h"
-#include "support/host_driver.h"
 #include "support/message_answers.h"
 
 #include <kdrx/app.h>
-#include <kdrx/db_database.h>
-#include <kdrx/db_mline.h>
-#include <kdrx/db_mline_style.h>
 #include <kdrx/rx.h>
 #include <kdrx/ui.h>
 
@@ -23,9 +14,9 @@
 #include <QtWidgets/QPushButton>
 
 /// Runs the dialogs of styles over a new drawing, through their real widgets.
-class StyleDialogTest : public DialogTest, protected HostDriver {
+class StyleDialogTest : public DialogTest, protected StyleDrawing {
  protected:
-  static constexpr int kLoad = 1032, kSave = 1033;  // buttons of the manager
+  static constexpr int kList = 1021, kLoad = 1032, kSave = 1033;  // of the manager
 
   StyleDialogTest() { startDialogs(); }
 
@@ -40,25 +31,8 @@ class StyleDialogTest : public DialogTest, protected HostDriver {
 
   std::string bytes() { return drawing().file().toBytes(); }
 
-  KdDbObjectId dictionaryId() {
-    KdName root;
-    KdDbObjectId rootId, id;
-    EXPECT_EQ(kddbNamedObjDict(root), kKdInputNormal);
-    EXPECT_EQ(kddbGetObjectId(rootId, root), KdStatus::ok);
-    COpenedObject<KdDbDictionary>(rootId, KdOpenMode::forRead)->getAt(L"ACAD_MLINESTYLE", id);
-    return id;
-  }
   void addStyle(const std::wstring& name, const std::wstring& description = {}) {
-    const COpenedObject<KdDbDictionary> styles(dictionaryId(), KdOpenMode::forWrite);
-    auto style = std::make_unique<KdDbMlineStyle>();
-    style->initMlineStyle();
-    style->setName(name);
-    style->setDescription(description);
-    int index = 0;
-    for (const double offset : {0.5, -0.5}) ASSERT_EQ(style->addElement(index, offset, {}, {}), KdStatus::ok);
-    KdDbObjectId id;
-    ASSERT_EQ(styles->setAt(name, style.get(), id), KdStatus::ok);
-    style.release()->close();
+    put(name, description, 0, {{0.5}, {-0.5}});
   }
   /// The styles of the drawing, each with the name that it has itself.
   std::wstring styleNames() {
@@ -71,6 +45,23 @@ class StyleDialogTest : public DialogTest, protected HostDriver {
     return names;
   }
   std::wstring current() { return std::get<std::wstring>(*host->editor().variable(L"CMLSTYLE")); }
+
+  /// Runs the manager, does `act` in it, and closes it unless that did.
+  void manage(const std::function<void(QDialog&)>& act) {
+    manager = nullptr;
+    withNextDialog([&](QDialog& dialog) {
+      manager = &dialog;
+      list = &control<QListWidget>(dialog, kList);
+      const QPointer<QDialog> guard(&dialog);
+      act(dialog);
+      if (guard && guard->isVisible()) dialog.reject();
+    });
+    run("MLSTYLE\n");
+    EXPECT_NE(manager, nullptr) << "no dialog was shown";
+    EXPECT_EQ(stillOpen, 0);
+    EXPECT_EQ(reported, "");
+  }
+  void select(const QString& name) { clickRow(*list, name); }
 
   /// A dialog that `show` runs, doing what it is given, keeps its place when `leave` ends it as `close` does not, and is
   /// shown there again.
@@ -108,6 +99,8 @@ class StyleDialogTest : public DialogTest, protected HostDriver {
     if (isDouble) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
   }
 
+  QDialog* manager = nullptr;
+  QListWidget* list = nullptr;  // its styles
   MessageAnswers messages;
   std::vector<torva::command::FileRequest> requests;
   std::optional<std::wstring> chosenFile;
