@@ -45,40 +45,11 @@ TEST_F(FrameTest, StartsOnceAndStopsOnce) {
   EXPECT_TRUE(isStarted());
   for (const wchar_t* name : {L"MLSTYLE", L"MLEDIT", L"-MLEDIT"}) {
     const Command* command = host->editor().commands().find(name);
-    ASSERT_NE(command, nullptr);
-    EXPECT_EQ(command->group, L"TORVA_KVMLSTYLEGROUP");
-    EXPECT_EQ(command->flags, 2);
+    ASSERT_TRUE(command && command->group == L"TORVA_KVMLSTYLEGROUP" && command->flags == 2);
   }
   for (int i = 0; i < 2; ++i) EXPECT_EQ(kdrxEntryPoint(2, nullptr), 0);
   EXPECT_FALSE(isStarted());
-  EXPECT_EQ(LoadLocalCmdStr(4014), L"MLEDIT") << "the library is kept";
-}
-
-TEST_F(FrameTest, WithoutItsLibraryTheModuleDoesNotStart) {
-  std::filesystem::remove(folder.path(libraryName));
-  EXPECT_EQ(kdrxEntryPoint(1, nullptr), 3);
-  EXPECT_FALSE(isStarted());
-}
-
-TEST_F(FrameTest, TheFirstAttachmentIsTheOneRemembered) {
-  const KdModuleHandle library = loadResourceDll(kResourceLibrary);
-  ASSERT_NE(library, nullptr);
-  AfxSetResourceHandle(library);
-  int first = 0, second = 0;
-  const auto firstHandle = reinterpret_cast<KdModuleHandle>(&first),
-             secondHandle = reinterpret_cast<KdModuleHandle>(&second);
-  EXPECT_EQ(DllMain(firstHandle, 1, nullptr), 1);
-  AfxSetResourceHandle(nullptr);
-  EXPECT_EQ(DllMain(secondHandle, 1, nullptr), 1);
-  EXPECT_EQ(extensionModule.ResourceAtAttach(), library);
-  EXPECT_EQ(extensionModule.Instance(), firstHandle);
-  EXPECT_EQ(hAppModule, secondHandle);
-
-  EXPECT_EQ(DllMain(nullptr, 2, nullptr), 1);
-  EXPECT_EQ(DllMain(nullptr, 0, nullptr), 1);
-  EXPECT_FALSE(extensionModule.IsAttached());
-  EXPECT_EQ(extensionModule.AttachInstance(secondHandle), 1);
-  EXPECT_EQ(extensionModule.ResourceAtAttach(), nullptr);
+  for (unsigned id = 4000; id <= 4019; ++id) EXPECT_FALSE(LoadLocalCmdStr(id).empty()) << "the library is kept " << id;
 }
 
 TEST_F(FrameTest, EveryCommandRestoresTheResourceHandle) {
@@ -92,29 +63,28 @@ TEST_F(FrameTest, EveryCommandRestoresTheResourceHandle) {
   }
 }
 
-TEST_F(FrameTest, WithoutTheLibraryACommandDoesAndShowsNothing) {
+TEST_F(FrameTest, WithoutItsLibraryNothingStartsOrIsShown) {
   ASSERT_EQ(kdrxEntryPoint(1, nullptr), 0);
   std::filesystem::remove(folder.path(libraryName));
   for (const auto command : {cmd_kvmlstyle, cmd_kvmledit, cmd_kvmleditcli}) command();
   EXPECT_THAT(printed, IsEmpty());
+  ASSERT_EQ(kdrxEntryPoint(2, nullptr), 0);
+  EXPECT_EQ(kdrxEntryPoint(1, nullptr), 3);
+  EXPECT_FALSE(isStarted());
 }
 
 TEST_F(FrameTest, WhatADialogCommandNeedsIsSaid) {
   ASSERT_EQ(kdrxEntryPoint(1, nullptr), 0);
-  EXPECT_EQ(run("MLSTYLE\n"), Fault::none);
-  EXPECT_THAT(printed, HasSubstr(L"MLSTYLE needs a dialog"));
-  EXPECT_EQ(run("MLEDIT\n"), Fault::none);
-  EXPECT_THAT(printed, HasSubstr(L"Use -MLEDIT"));
+  const auto printedBy = [&](const char* script) {
+    EXPECT_EQ(run(script), Fault::none);
+    return printed;
+  };
+  EXPECT_THAT(printedBy("MLSTYLE\n"), HasSubstr(L"MLSTYLE needs a dialog"));
+  EXPECT_THAT(printedBy("MLEDIT\n"), HasSubstr(L"Use -MLEDIT"));
   // The module is part of this program here, and no library of dialogs lies beside that.
   startHost(torva::runtime::DialogUse::shown, folder.path("bin"));
   ASSERT_EQ(kdrxEntryPoint(1, nullptr), 0);
-  EXPECT_EQ(run("MLEDIT\n"), Fault::none);
-  EXPECT_THAT(printed, HasSubstr(L"libKdrxMLStyleDialogs.so"));
-}
-
-TEST_F(FrameTest, EveryTextIsThere) {
-  ASSERT_EQ(kdrxEntryPoint(1, nullptr), 0);
-  for (unsigned id = 4000; id <= 4019; ++id) EXPECT_FALSE(LoadLocalCmdStr(id).empty()) << id;
+  EXPECT_THAT(printedBy("MLEDIT\n"), HasSubstr(L"libKdrxMLStyleDialogs.so"));
 }
 
 TEST(ToolDispatch, KeywordsNameToolsIgnoringCase) {
