@@ -1,8 +1,8 @@
 #include <map>
 
-#include "dialog/message_service.h"
 #include "support/dialog_driver.h"
 #include "support/host_driver.h"
+#include "support/message_answers.h"
 
 #include <kdrx/app.h>
 #include <kdrx/ui.h>
@@ -17,6 +17,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTableWidget>
 #include <QtWidgets/QTextEdit>
@@ -38,6 +39,11 @@ class Sample : public CDialog {
     qobject_cast<QPushButton*>(controls[9].second)->setDefault(true);
     widget->resize(300, 200);
     SetDialogWidget(widget);
+  }
+  bool OnInitDialog() override {
+    const bool isWell = CDialog::OnInitDialog();
+    if (endsAtOnce) EndDialog(IDNO);
+    return isWell;
   }
   void DoDataExchange(CDataExchange* exchange) override {
     DDX_Control(exchange, kEdit, edit);
@@ -75,20 +81,25 @@ class Sample : public CDialog {
   std::vector<std::pair<unsigned, unsigned long>> keys;
   std::vector<std::pair<int, unsigned>> commands;
   tagRECT former;
-  bool swallowsKeys = false;
+  bool swallowsKeys = false, endsAtOnce = false;
   int failsAt = 0;
 };
 
 TEST_F(DialogTest, TextsGoToControlsOfAllKindsAndBack) {
   Sample sample;
+  CButton stray;
+  EXPECT_FALSE(stray.SubclassDlgItem(99, &sample) || stray.SubclassDlgItem(kCheck, nullptr));
+  EXPECT_EQ(sample.edit.GetDlgCtrlID(), 0);
   sample.UpdateData(false);
+  EXPECT_EQ(sample.edit.GetDlgCtrlID(), kEdit);
+  EXPECT_FALSE(sample.edit.SubclassDlgItem(kEdit, &sample)) << "it is bound already";
   for (const wchar_t* text : {L"one", L"Two", L"two"}) sample.box.AddString(text);
   for (const int id : {kEdit, kLabel, kGroup, kCheck, kArea}) sample.texts[id] = L"<b>a & b" + std::to_wstring(id);
   sample.texts[kBox] = L"two";
   EXPECT_TRUE(sample.UpdateData(false));
   EXPECT_EQ(sample.box.GetCurSel(), 2);
-  const auto wanted =
-      std::exchange(sample.texts, {{kEdit, {}}, {kLabel, {}}, {kGroup, {}}, {kCheck, {}}, {kArea, {}}, {kBox, {}}});
+  auto wanted = sample.texts;
+  for (auto& [id, text] : sample.texts) text.clear();
   EXPECT_TRUE(sample.UpdateData(true));
   EXPECT_EQ(sample.texts, wanted);
   sample.SetWindowTextW(L"Title");
@@ -124,48 +135,35 @@ TEST_F(DialogTest, SearchesIgnoreCaseAndGoRound) {
     EXPECT_EQ(sample.list.SelectString(c.after, c.text), c.beginning);
     EXPECT_EQ(sample.list.GetCurSel(), c.beginning < 0 ? selected : c.beginning);
   }
-  EXPECT_EQ(sample.list.DeleteString(4), 4);
-  EXPECT_EQ(sample.list.DeleteString(4), -1);
-  EXPECT_FALSE(sample.list.SetCurSel(7));
-  EXPECT_EQ(sample.list.GetCurSel(), -1);
-  EXPECT_FALSE(sample.box.SetCurSel(-1));
-  EXPECT_EQ(sample.box.GetCurSel(), -1);
+  for (const int left : {4, -1}) EXPECT_EQ(sample.list.DeleteString(4), left);
+  EXPECT_FALSE(sample.list.SetCurSel(7) || sample.box.SetCurSel(-1));
+  EXPECT_EQ(sample.list.GetCurSel() + sample.box.GetCurSel(), -2);
   EXPECT_EQ(spy.count(), 0) << "what the program selects is not told";
 }
 
 TEST_F(DialogTest, ListsKeepTheirRowsWholeWhenSorted) {
   Sample sample;
-  EXPECT_EQ(sample.table.InsertColumn(0, L"early", 50), -1);
+  CListCtrl& table = sample.table;
+  EXPECT_EQ(table.InsertColumn(0, L"early", 50), -1);
   sample.UpdateData(false);
-  EXPECT_EQ(sample.table.InsertColumn(1, L"gap", 50), -1);
-  EXPECT_EQ(sample.table.InsertItem(0, L"without columns"), -1);
-  sample.widget<QTableWidget>(kTable).setRowCount(1);
-  EXPECT_FALSE(sample.table.SetItemData(0, 5));
-  EXPECT_FALSE(sample.table.SetItemText(0, 0, L"outside"));
-  sample.table.DeleteAllItems();
-  for (const int column : {0, 1}) EXPECT_EQ(sample.table.InsertColumn(column, L"name", 60), column);
-  EXPECT_EQ(sample.table.InsertItem(1, L"gap"), -1);
+  EXPECT_EQ(table.InsertColumn(1, L"gap", 50) + table.InsertItem(0, L"without columns"), -2);
+  for (const int column : {0, 1}) EXPECT_EQ(table.InsertColumn(column, L"name", 60), column);
   const unsigned long data[] = {5, 3, 8, 3};
   for (int row = 0; row < 4; ++row) {
-    EXPECT_EQ(sample.table.InsertItem(row, std::to_wstring(data[row]).c_str()), row);
-    EXPECT_TRUE(sample.table.SetItemText(row, 1, std::to_wstring(row).c_str()));
-    EXPECT_TRUE(sample.table.SetItemData(row, data[row]));
+    EXPECT_EQ(table.InsertItem(row, std::to_wstring(data[row]).c_str()), row);
+    EXPECT_TRUE(table.SetItemText(row, 1, std::to_wstring(row).c_str()) && table.SetItemData(row, data[row]));
   }
-  EXPECT_FALSE(sample.table.SetItemText(0, 2, L"outside"));
-  sample.table.SelectItem(0);
-  sample.table.SortItems([](unsigned long a, unsigned long b, unsigned long by) { return static_cast<int>((a - b) * by); },
-                         1);
+  EXPECT_FALSE(table.SetItemText(0, 2, L"outside") || table.SetItemData(4, 5));
+  table.SelectItem(0);
+  table.SortItems([](unsigned long a, unsigned long b, unsigned long by) { return static_cast<int>((a - b) * by); }, 1);
   std::wstring rows;
   for (int row = 0; row < 4; ++row) {
-    rows +=
-        sample.table.GetItemText(row, 0) + sample.table.GetItemText(row, 1) + std::to_wstring(sample.table.GetItemData(row));
+    rows += table.GetItemText(row, 0) + table.GetItemText(row, 1) + std::to_wstring(table.GetItemData(row));
   }
   EXPECT_EQ(rows, L"313333505828");
-  EXPECT_EQ(sample.table.GetSelectedItem(), 2);
-  EXPECT_TRUE(sample.table.DeleteItem(2));
-  EXPECT_FALSE(sample.table.DeleteItem(3));
-  sample.table.DeleteAllItems();
-  EXPECT_EQ(sample.table.GetItemCount(), 0);
+  EXPECT_EQ(table.GetSelectedItem(), 2);
+  table.DeleteAllItems();
+  EXPECT_EQ(table.GetItemCount(), 0);
 }
 
 TEST_F(DialogTest, AKeySelectsARowWhereNoneIs) {
@@ -237,17 +235,60 @@ TEST_F(DialogTest, KeysAndClicksComeToTheLogic) {
   EXPECT_TRUE(sample.IsDlgButtonChecked(kCheck));
 }
 
-TEST_F(DialogTest, AFailedExchangeGoesToTheEditAtFault) {
+TEST_F(DialogTest, AFailedExchangeKeepsTheDialogOpenAtTheEditAtFault) {
   Sample sample;
   sample.failsAt = kOther;
   withNextDialog([&](QDialog& dialog) {
     sample.widget<QLineEdit>(kOther).setText("bad");
     dialog.accept();
+    EXPECT_TRUE(dialog.isVisible());
     EXPECT_TRUE(sample.widget<QLineEdit>(kOther).hasFocus());
     EXPECT_EQ(sample.widget<QLineEdit>(kOther).selectedText(), "bad");
     dialog.reject();
   });
   EXPECT_EQ(sample.DoModal(), IDCANCEL);
+}
+
+TEST_F(DialogTest, ADialogMayEndBeforeItIsShownAndRunAgainAsLongAsItsWidgetIsThere) {
+  Sample sample;
+  sample.endsAtOnce = true;
+  EXPECT_EQ(sample.DoModal(), IDNO);
+  sample.endsAtOnce = false;
+  withNextDialog([](QDialog& dialog) { dialog.accept(); });
+  EXPECT_EQ(sample.DoModal(), IDOK);
+  delete sample.GetWidget();
+  EXPECT_EQ(sample.DoModal(), -1);
+  sample.EndDialog(IDOK);
+}
+
+TEST_F(DialogTest, MessagesGoToTheServiceOrAskTheUser) {
+  Sample sample;
+  {
+    MessageAnswers answers;
+    answers.answer = IDNO;
+    EXPECT_EQ(sample.MessageBoxW(L"Sure?", L"Title", MB_YESNO | MB_ICONQUESTION), IDNO);
+    MessageBeep();
+    sample.MessageBoxW(L"Done.");
+    EXPECT_EQ(answers.heard, (std::vector<std::wstring>{L"Title|Sure?|36", L"beep", L"TORVA|Done.|0"}));
+  }
+  struct Case {
+    unsigned type;
+    QMessageBox::StandardButton pressed;  // NoButton: closed by Escape
+    int result;
+  };
+  for (const Case& c : {Case{MB_OK, QMessageBox::Ok, IDOK},
+                        {MB_YESNO, QMessageBox::Yes, IDYES},
+                        {MB_YESNO, QMessageBox::NoButton, IDNO},
+                        {MB_YESNOCANCEL | MB_ICONWARNING, QMessageBox::No, IDNO},
+                        {MB_OKCANCEL, QMessageBox::NoButton, IDCANCEL}}) {
+    SCOPED_TRACE(c.type);
+    withNextDialog([&](QDialog& dialog) {
+      auto& box = dynamic_cast<QMessageBox&>(dialog);
+      c.pressed == QMessageBox::NoButton ? QTest::keyClick(&box, Qt::Key_Escape) : box.button(c.pressed)->click();
+    });
+    EXPECT_EQ(sample.MessageBoxW(L"<b>As it stands</b>", nullptr, c.type), c.result);
+  }
+  EXPECT_EQ(stillOpen, 0);
 }
 
 TEST_F(DialogTest, ASizeIsTakenAsTheLogicWantsIt) {
@@ -283,15 +324,14 @@ TEST_F(HostedDialogTest, PicturesAndIconsAreShown) {
   sample.area.SetBitmap(picture);
   EXPECT_FALSE(document->isEmpty());
 
-  EXPECT_TRUE(kdrxWriteProfileBinary(L"ListCtrls", L"7", {0, 0x9f, 255}));
-  EXPECT_EQ(kdrxGetProfileBinary(L"ListCtrls", L"7"), (std::vector<unsigned char>{0, 0x9f, 255}));
+  const std::vector<unsigned char> kept = {0, 0x9f, 255};
+  EXPECT_TRUE(kdrxWriteProfileBinary(L"ListCtrls", L"7", kept));
+  EXPECT_EQ(kdrxGetProfileBinary(L"ListCtrls", L"7"), kept);
   EXPECT_TRUE(kdrxWriteProfileString(L"ListCtrls", L"7", L"9f0"));
   EXPECT_TRUE(kdrxGetProfileBinary(L"ListCtrls", L"7").empty());
-  EXPECT_EQ(kdrxGetProfileInt(L"Settings", L"None", -10000), -10000);
-  EXPECT_TRUE(kdrxWriteProfileInt(L"Settings", L"None", -3));
-  EXPECT_EQ(kdrxGetProfileInt(L"Settings", L"None", -10000), -3);
-  EXPECT_FALSE(kdrxWriteProfileInt(L"Settings", L"a=b", 1));
-  EXPECT_FALSE(kdrxWriteProfileString(L"Settings", nullptr, L""));
+  EXPECT_TRUE(kdrxWriteProfileInt(L"Settings", L"Some", -3));
+  EXPECT_EQ(kdrxGetProfileInt(L"Settings", L"Some", -10000) + kdrxGetProfileInt(L"Settings", L"None", -10000), -10003);
+  EXPECT_FALSE(kdrxWriteProfileInt(L"Settings", L"a=b", 1) || kdrxWriteProfileString(L"Settings", nullptr, L""));
 }
 
 }  // namespace
