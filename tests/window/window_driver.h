@@ -7,35 +7,28 @@
 
 #include "command_line.h"
 #include "main_window.h"
-#include "runtime/host.h"
 #include "support/dialog_driver.h"
-#include "support/temporary_folder.h"
+#include "support/host_driver.h"
 #include "window_source.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
 /// Drives the real window: each step does what a user would while a question waits.
-class WindowTest : public DialogTest {
+class WindowTest : public DialogTest, protected HostDriver {
  protected:
   using Step = std::function<void()>;
 
   WindowTest() {
     ::setenv("XDG_STATE_HOME", folder.path("state").c_str(), 1);
-    torva::runtime::HostOptions options;
-    options.profileFolder = folder.path("profile");
-    options.programFolder = TORVA_BINARY_DIR "/bin";
-    options.dialogUse = torva::runtime::DialogUse::shown;
-    options.print = [this](std::wstring_view text) { commandLine->print(text); };
-    options.report = [this](const std::string& line) { faults += line + '\n'; };
-    host = std::move(*torva::runtime::Host::create(options));
+    startHost(torva::runtime::DialogUse::shown);
     window = std::make_unique<MainWindow>(*host, source, commandLine);
     window->resize(1000, 800);
     window->show();
   }
 
+  void print(std::wstring_view text) override { commandLine->print(text); }
   torva::command::Editor& editor() { return host->editor(); }
-  torva::db::Database& drawing() { return host->editor().database(); }
 
   /// Opens a sample drawing and shows all of it.
   void openSample(const std::string& name) {
@@ -91,11 +84,9 @@ class WindowTest : public DialogTest {
   QString transcript() { return window->findChild<QPlainTextEdit*>("transcript")->toPlainText(); }
   bool isChanged() { return drawing().file().toBytes() != before; }
 
-  TemporaryFolder folder;
-  std::string before, faults;
+  std::string before;
   WindowSource source;
   CommandLine* commandLine = new CommandLine(source);
-  std::unique_ptr<torva::runtime::Host> host;
   std::unique_ptr<MainWindow> window;
 
  private:
