@@ -25,14 +25,14 @@ std::string randomEntities(int count, Order order, unsigned seed) {
   std::uniform_real_distribution<> place(0, 1000), size(-60, 60);
   std::string text;
   for (int i = 0; i < count; ++i) {
-    const double x = order == Order::random ? place(random) : 1000.0 * i / count, y = place(random), z = place(random) * 0.3,
-                 turn = size(random);
+    const double x = order == Order::random ? place(random) : 1000.0 * i / count, y = place(random), z = place(random) * 0.3;
+    const double width = size(random), height = size(random);
     if (i % 3 == 0) {
-      text += line(x, y, x + size(random), y + size(random), z);
+      text += line(x, y, x + width, y + height, z);
     } else if (i % 3 == 1) {
-      text += circle(x, y, std::abs(size(random)) + 1, z);
+      text += circle(x, y, std::abs(width) + 1, z);
     } else {
-      text += test::mlineBar({x, y, z}, turn);
+      text += test::mlineBar({x, y, z}, width);
     }
   }
   return text;
