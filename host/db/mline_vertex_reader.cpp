@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "db/mline_lists_text.h"
 #include "dxf/text_cursor.h"
 
 namespace torva::db {
@@ -40,6 +41,16 @@ constexpr ListCodes kFill = {TextCursor::columns(75), TextCursor::columns(42)};
   return true;
 }
 
+[[gnu::always_inline]] inline bool takeUncut(TextCursor& cursor, KdMLSegmentsBuilder& segments) {
+  double offset = 0;
+  if (!takeUncutLists(cursor, [&](TextCursor& at) { return at.take(offset); })) return false;
+  segments.add(offset);
+  segments.add(0);
+  segments.endList();
+  segments.endList();
+  return true;
+}
+
 }  // namespace
 
 UsualVertexReader::UsualVertexReader(dxf::Form form, std::string_view record)
@@ -56,6 +67,7 @@ std::size_t UsualVertexReader::read(std::size_t begin, MlineVertex& vertex) {
     if (!cursor.takeCode(kCoordinates[i]) || !cursor.take(c[i])) return begin;
   }
   while (cursor.isAt<74>()) {
+    if (takeUncut(cursor, m_segments)) continue;
     if (!takeList(cursor, kLine, m_segments) || !takeList(cursor, kFill, m_segments)) return begin;
   }
   if (!cursor.isAtEnd() && !cursor.isAt<11>() && !cursor.isAtExtendedData()) return begin;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "db/mline_lists_text.h"
 #include "draw/group_scan.h"
 #include "draw/mline_shape.h"
 #include "draw/polylines.h"
@@ -226,10 +227,7 @@ bool takeNearTriple(dxf::TextCursor& cursor, Triple& triple) {
 template <class Collector>
 bool takeUsualLists(dxf::TextCursor& cursor, dxf::TextCursor axis, Collector& extents) {
   double value = 0;
-  // Where nothing is cut a list holds the place on the miter and a zero.
-  dxf::TextCursor uncut = cursor;
-  if (uncut.take(" 74\n2\n 41\n") && uncut.takeNear(value) && uncut.take(" 41\n0.0\n 75\n0\n") && !uncut.isAt<42>()) {
-    cursor = uncut;
+  if (db::takeUncutLists(cursor, [&](dxf::TextCursor& at) { return at.takeNear(value); })) {
     extents.addOffset(value);
     return true;
   }
