@@ -2,6 +2,7 @@
 
 #include "db/mline_imp.h"
 #include "db/mline_style_imp.h"
+#include "draw/display_list.h"
 #include "draw/entity_bounds.h"
 #include "draw/entity_look.h"
 #include "draw/entity_painter.h"
@@ -115,6 +116,28 @@ geom::Box3 Drawer::bounds(dxf::RecordId entity) const {
 geom::Box3 Drawer::modelSpaceBounds(dxf::RecordId entity) const {
   refresh();
   return m_imp->bounds.inModelSpace(entity);
+}
+
+bool Drawer::hasLooseBounds(dxf::RecordId entity) const {
+  switch (m_imp->database.file().type(entity)) {
+    using enum dxf::RecordType;
+    case text:
+    case mtext:
+    case attdef:
+    case insert:
+    case table_entity:
+    case dimension:
+    case spline:
+      return true;
+    default:
+      return false;
+  }
+}
+
+geom::Box3 Drawer::drawnExtents(dxf::RecordId entity) const {
+  DisplayList list;
+  drawShapes(entity, list);
+  return extents(list);
 }
 
 bool Drawer::mayMeet(dxf::RecordId entity, const geom::Box3& boxWcs) const {

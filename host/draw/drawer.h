@@ -48,6 +48,12 @@ class TORVA_API Drawer {
   /// The same for an entity of the ENTITIES section, but empty for one of a paper space.
   geom::Box3 modelSpaceBounds(dxf::RecordId entity) const;
 
+  /// Whether bounds() may be much larger than what is drawn: texts, curves with control points, and what may contain them.
+  bool hasLooseBounds(dxf::RecordId entity) const;
+
+  /// The extents of what draw() gives, which is built for it.
+  geom::Box3 drawnExtents(dxf::RecordId entity) const;
+
   /// False when it is sure that nothing that draw() gives meets a box of world coordinates in x and y; cheaper than drawing.
   bool mayMeet(dxf::RecordId entity, const geom::Box3& boxWcs) const;
 

@@ -22,6 +22,11 @@ struct Box3 {
     add(box.min);
     add(box.max);
   }
+  /// Whether all of another box lies in this one; an empty one does.
+  bool holds(const Box3& box) const {
+    return box.isEmpty() || (min.x <= box.min.x && min.y <= box.min.y && min.z <= box.min.z && max.x >= box.max.x &&
+                             max.y >= box.max.y && max.z >= box.max.z);
+  }
   /// Moves every side outward; an empty box stays empty.
   Box3 grownBy(double distance) const {
     if (isEmpty()) return *this;

@@ -55,6 +55,38 @@ void forEachNear(const BoxIndex& index, const draw::Drawer& drawer, const PickWi
   });
 }
 
+/// Gathers the extents of many entities. One whose bounds may be much too large is measured if these reach beyond everything
+/// else.
+class Extents {
+ public:
+  explicit Extents(const draw::Drawer& drawer) : m_drawer(drawer) {}
+
+  void add(dxf::RecordId entity, const geom::Box3& bounds) {
+    if (!m_drawer.hasLooseBounds(entity)) {
+      m_box.add(bounds);
+    } else if (reachesBeyond(bounds)) {
+      m_loose.emplace_back(entity, bounds);
+    }
+  }
+
+  const geom::Box3& box() {
+    for (const auto& [entity, bounds] : std::exchange(m_loose, {})) {
+      if (reachesBeyond(bounds)) m_box.add(m_drawer.drawnExtents(entity));
+    }
+    return m_box;
+  }
+
+ private:
+  bool reachesBeyond(const geom::Box3& bounds) const {
+    constexpr double kRoundingShare = 1e-9;  // all that is flat lies at one height, but for rounding
+    return m_box.isEmpty() || !m_box.grownBy(kRoundingShare * m_box.min.distanceTo(m_box.max)).holds(bounds);
+  }
+
+  const draw::Drawer& m_drawer;
+  geom::Box3 m_box;
+  std::vector<std::pair<dxf::RecordId, geom::Box3>> m_loose;
+};
+
 bool isEarlier(const BoxedEntity& a, const BoxedEntity& b) {
   return a.id < b.id;
 }
@@ -66,7 +98,12 @@ class Picker::Index {
  public:
   Index(const db::Database& database, const draw::Drawer& drawer) : m_database(database), m_drawer(drawer) {}
 
-  bool prepare(const Progress& progress) { return build(progress); }
+  /// The extents too: a window asks for them first of all.
+  bool prepare(const Progress& progress) {
+    if (!build(progress)) return false;
+    m_extents->box();
+    return true;
+  }
 
   const BoxIndex& current() {
     if (m_drawer.refresh().boxes != m_generation || !m_isBuilt) {
@@ -106,10 +143,10 @@ class Picker::Index {
   geom::Box3 extents() {
     current();
     if (!m_extents) {
-      m_extents.emplace();
-      m_database.forEachEntity([&](dxf::RecordId entity) { m_extents->add(m_drawer.modelSpaceBounds(entity)); });
+      m_extents.emplace(m_drawer);
+      m_database.forEachEntity([&](dxf::RecordId entity) { m_extents->add(entity, m_drawer.modelSpaceBounds(entity)); });
     }
-    return *m_extents;
+    return m_extents->box();
   }
 
  private:
@@ -120,7 +157,7 @@ class Picker::Index {
     std::vector<BoxIndex::Entry> entries;
     entries.reserve(m_database.file().recordCount());
     m_isBuilt = false;
-    m_extents.emplace();
+    m_extents.emplace(m_drawer);
     bool isWanted = progress.goOn(0);
     std::size_t untilLook = kWatchedEntities;
     m_database.forEachEntity([&](dxf::RecordId entity) {
@@ -131,7 +168,7 @@ class Picker::Index {
       }
       const geom::Box3 box = m_drawer.modelSpaceBounds(entity);
       if (box.isEmpty()) return;
-      m_extents->add(box);
+      m_extents->add(entity, box);
       entries.push_back({entity, SmallBox::around(box)});
     });
     if (!isWanted || !progress.goOn(kBoxesShare)) return false;
@@ -172,7 +209,7 @@ class Picker::Index {
   const db::Database& m_database;
   const draw::Drawer& m_drawer;
   BoxIndex m_boxes;
-  std::optional<geom::Box3> m_extents;
+  std::optional<Extents> m_extents;
   std::size_t m_seen = 0, m_generation = 0;
   bool m_isBuilt = false;
   // For those who follow the changes: how often all was made new, and what changed since the last time.

@@ -121,6 +121,29 @@ TEST(Picker, FollowsChangesAndPrefersTheLaterOfEquals) {
   EXPECT_EQ(picker.pick({5, 0, 0}, 1, View()), added);
 }
 
+TEST(Picker, KnowsTheExtentsOfWhatIsDrawn) {
+  const auto database =
+      test::SampleDrawing{.entities = entity("MTEXT", point(10, 30, 9) + group(40, "2") + group(1, "Ground floor")) +
+                                      line(-5, 1, 20, 7) +
+                                      entity("TEXT", point(10, 3, 5) + group(40, "1") + group(1, "Bath")) +
+                                      entity("LINE", point(10, 900, 900) + point(11, 950, 950), "FROZEN")}
+          .open();
+  const draw::Drawer drawer(*database);
+  const dxf::RecordId label = test::entitiesOf(*database).front();
+  const auto expectDrawn = [&](Picker& picker) {
+    geom::Box3 drawn;
+    for (const dxf::RecordId entity : test::entitiesOf(*database)) drawn.add(drawer.drawnExtents(entity));
+    EXPECT_FALSE(drawn.holds(drawer.bounds(label)));
+    EXPECT_LE(picker.extents().min.distanceTo(drawn.min), 1e-9);
+    EXPECT_LE(picker.extents().max.distanceTo(drawn.max), 1e-9);
+  };
+  Picker picker(*database);
+  expectDrawn(picker);
+  database->appendToModelSpace(line(0, 0, 1, -3));
+  expectDrawn(picker);
+  EXPECT_TRUE(Picker(*test::SampleDrawing{}.open()).extents().isEmpty());
+}
+
 TEST(Picker, FindsWhatIsAddedToADrawingWithoutARecordOfModelSpace) {
   std::string text = test::SampleDrawing{}.text();
   text.replace(text.find("*Model_Space"), 12, "SOMEOTHER");
