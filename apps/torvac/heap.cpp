@@ -14,7 +14,7 @@ constexpr int kStep = 32 * kMebibyte;
 /// What a start with a small drawing stays in; clearing a huge page would take longer than all of that.
 constexpr std::uintptr_t kSmallHeap = kMebibyte;
 
-constexpr int kUsualPad = 128 << 10;
+constexpr int kUsualPad = 128 << 10;  // the allocator's own
 
 std::uintptr_t heapEnd() {
   return reinterpret_cast<std::uintptr_t>(::sbrk(0));

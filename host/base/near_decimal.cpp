@@ -15,7 +15,7 @@
 namespace torva {
 namespace {
 
-constexpr unsigned kMostInFront = 8, kMostBehind = 18, kCounted = 16;  // digits about the point; those behind that count
+constexpr unsigned kMostInFront = 8, kMostBehind = 16;  // digits about the point
 /// How many characters from a number's begin on are read, and in front of it.
 constexpr std::ptrdiff_t kReach = 33, kInFront = 8;
 
@@ -39,16 +39,16 @@ std::uint32_t digitMask32(const char* text) {
   return digitMask16(text) | digitMask16(text + 16) << 16;
 }
 
-/// What 1 to 18 digits behind a point amount to.
+/// What 1 to 16 digits behind a point amount to.
 double share(const char* begin, unsigned count) {
   static constexpr auto kWanted = [] {
-    std::array<signed char, 2 * kCounted> bytes{};
-    std::fill_n(bytes.begin(), kCounted, static_cast<signed char>(-1));
+    std::array<signed char, 2 * kMostBehind> bytes{};
+    std::fill_n(bytes.begin(), kMostBehind, static_cast<signed char>(-1));
     return bytes;
   }();
   const __m128i zero = _mm_setzero_si128();
-  const __m128i digits = _mm_and_si128(_mm_sub_epi8(sixteenAt(begin), _mm_set1_epi8('0')),
-                                       sixteenAt(&kWanted[kCounted - std::min(count, kCounted)]));
+  const __m128i digits =
+      _mm_and_si128(_mm_sub_epi8(sixteenAt(begin), _mm_set1_epi8('0')), sixteenAt(&kWanted[kMostBehind - count]));
   // Neighbours are joined to numbers of two digits, then of four and of eight.
   const auto join = [](__m128i numbers, short power) {
     return _mm_madd_epi16(numbers, _mm_set_epi16(1, power, 1, power, 1, power, 1, power));
@@ -67,7 +67,6 @@ std::uint32_t digitMask32(const char* text) {
 }
 
 double share(const char* begin, unsigned count) {
-  count = std::min(count, kCounted);
   std::uint64_t digits = 0;
   for (const char* c = begin; c != begin + count; ++c) digits = digits * 10 + static_cast<std::uint64_t>(*c - '0');
   return static_cast<double>(digits) / static_cast<double>(kPowersOfTen[count]);

@@ -2,8 +2,8 @@
 
 namespace torva {
 
-/// A plain decimal ("-12.5") of 1 to 8 digits in front of its point and 1 to 18 behind it, within two units in the last
-/// place or 1e-16: where numbers only make boxes, that is enough, and takes half the time.
+/// A plain decimal ("-12.5") of 1 to 8 digits in front of its point and 1 to 16 behind it, within two units in the last
+/// place: where numbers only make boxes, that is enough, and takes half the time.
 struct NearDecimal {
   double value = 0;
   const char* end = nullptr;  ///< Behind the last digit, where anything may follow; null when there is no such decimal.
