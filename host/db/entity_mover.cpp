@@ -201,9 +201,10 @@ class RecordMover {
     std::optional<PointKind> kind = point.kind;
     if (m_type.type == RecordType::hatch) kind = m_hatch.kindOf(group, point);
     if (!kind) return std::nullopt;
+    if (group.code < point.code) return std::nullopt;
     const int step = *kind == pattern ? 1 : 10;
     const int offset = group.code - point.code, axis = offset / step;
-    if (offset < 0 || offset % step != 0 || axis > 2) return std::nullopt;
+    if (offset % step != 0 || axis > 2) return std::nullopt;
     if (*kind == height) return axis == 0 ? std::optional(m_ownShift.z) : std::nullopt;
     if (*kind == world) {
       awaitZ(point.code, axis, m_worldShift.z);
