@@ -225,11 +225,12 @@ dxf::RecordId Database::appendToBlock(dxf::RecordId block, std::string bytes) {
 }
 
 dxf::RecordId Database::appendToTable(dxf::RecordId table, std::string bytes) {
+  // Behind the last original one: what was added before stands there too, in the order of its making.
   dxf::RecordId last = table;
-  for (dxf::RecordId record = m_file.next(table); record != dxf::kNoRecord; record = m_file.next(record)) {
-    const dxf::RecordType type = m_file.type(record);
+  while (last + 1 < m_file.originalCount()) {
+    const dxf::RecordType type = m_file.type(last + 1);
     if (type == dxf::RecordType::endtab || type == dxf::RecordType::table || endsEntities(type)) break;
-    if (record < m_file.originalCount()) last = record;
+    ++last;
   }
   const dxf::RecordId record = insert(last, std::move(bytes));
   raiseCount(*this, table, symbols(m_file.type(record)).size());

@@ -142,7 +142,11 @@ void Database::noteDirty(dxf::RecordId record) {
 }
 
 void Database::noteChanged(dxf::RecordId record) {
-  m_structure->forget(m_file.type(record));
+  m_structure->forget(record);
+  noteSeen(record);
+}
+
+void Database::noteSeen(dxf::RecordId record) {
   if (m_file.type(record) == dxf::RecordType::mline) m_mlines.reset();
   m_changes.push_back(record);
 }
@@ -263,7 +267,8 @@ void Database::exchange(dxf::RecordId record, dxf::RecordState& state) {
 dxf::RecordId Database::insert(dxf::RecordId previous, std::string bytes) {
   const dxf::RecordId record = m_file.insertAfter(previous, std::move(bytes));
   m_undo->keepNew(m_file, record);
-  noteChanged(record);
+  m_structure->add(record);
+  noteSeen(record);
   return record;
 }
 

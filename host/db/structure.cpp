@@ -40,11 +40,16 @@ const Database::Structure::Tables& Database::Structure::tables() {
       const auto name = firstGroup(m_file.groups(record), 2);
       if (name) tables.tables.try_emplace(std::string(name->value), record);
     } else if (type != RecordType::endtab) {
-      tables.symbols[type].push_back(record);
-      tables.byName[type].try_emplace(upperCase(firstText(m_file, record, 2)), record);
+      addSymbol(tables, record);
     }
   });
   return tables;
+}
+
+void Database::Structure::addSymbol(Tables& tables, RecordId record) {
+  const RecordType type = m_file.type(record);
+  tables.symbols[type].push_back(record);
+  tables.byName[type].try_emplace(upperCase(firstText(m_file, record, 2)), record);
 }
 
 RecordId Database::Structure::table(std::string_view name) {
@@ -77,11 +82,14 @@ const Database::Structure::Blocks& Database::Structure::blockIndex() {
   if (m_blocks) return *m_blocks;
   Blocks& blocks = m_blocks.emplace();
   forEachIn(m_file, "BLOCKS", [&](RecordId record) {
-    if (m_file.type(record) != RecordType::block) return;
-    blocks.records.push_back(record);
-    blocks.byName.try_emplace(upperCase(firstText(m_file, record, 2)), record);
+    if (m_file.type(record) == RecordType::block) addBlock(blocks, record);
   });
   return blocks;
+}
+
+void Database::Structure::addBlock(Blocks& blocks, RecordId record) {
+  blocks.records.push_back(record);
+  blocks.byName.try_emplace(upperCase(firstText(m_file, record, 2)), record);
 }
 
 const std::vector<RecordId>& Database::Structure::blocks() {
@@ -123,11 +131,30 @@ RecordId Database::Structure::lastOfBlock(RecordId block) const {
   return last;
 }
 
-void Database::Structure::forget(RecordType type) {
-  if (type > RecordType::blockRecord) return;
+void Database::Structure::forget(RecordId record) {
+  const RecordType type = m_file.type(record);
+  if (type > RecordType::blockRecord || isKnownTable(record)) return;
   m_tables.reset();
   m_lockedLayers.reset();
   if (type <= RecordType::eof) m_blocks.reset();
+}
+
+void Database::Structure::add(RecordId record) {
+  const RecordType type = m_file.type(record);
+  if (type == RecordType::block) {
+    if (m_blocks) addBlock(*m_blocks, record);
+  } else if (type >= RecordType::vport && type <= RecordType::blockRecord) {
+    if (m_tables) addSymbol(*m_tables, record);
+    if (type == RecordType::layer) m_lockedLayers.reset();
+  } else if (type != RecordType::endblk) {
+    forget(record);
+  }
+}
+
+/// A table that is changed keeps its name and its symbols.
+bool Database::Structure::isKnownTable(RecordId record) const {
+  if (!m_tables || m_file.isErased(record)) return false;
+  return std::ranges::any_of(m_tables->tables, [=](const auto& table) { return table.second == record; });
 }
 
 }  // namespace torva::db

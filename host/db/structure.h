@@ -34,8 +34,10 @@ class Database::Structure {
   /// The record before the ENDBLK of a block.
   dxf::RecordId lastOfBlock(dxf::RecordId block) const;
 
-  /// Forgets what a change of a record of this type can have made wrong.
-  void forget(dxf::RecordType type);
+  /// Forgets what a change of a record can have made wrong.
+  void forget(dxf::RecordId record);
+  /// Follows a new record behind all others of its kind: a copy of many dimensions adds a block for each.
+  void add(dxf::RecordId record);
 
  private:
   struct Tables {
@@ -48,6 +50,9 @@ class Database::Structure {
     std::unordered_map<std::wstring, dxf::RecordId> byName;
   };
 
+  bool isKnownTable(dxf::RecordId record) const;
+  void addSymbol(Tables& tables, dxf::RecordId record);
+  void addBlock(Blocks& blocks, dxf::RecordId record);
   const Tables& tables();
   const Blocks& blockIndex();
 
