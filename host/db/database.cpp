@@ -143,10 +143,10 @@ void Database::noteDirty(dxf::RecordId record) {
 
 void Database::noteChanged(dxf::RecordId record) {
   m_structure->forget(record);
-  noteSeen(record);
+  logChange(record);
 }
 
-void Database::noteSeen(dxf::RecordId record) {
+void Database::logChange(dxf::RecordId record) {
   if (m_file.type(record) == dxf::RecordType::mline) m_mlines.reset();
   m_changes.push_back(record);
 }
@@ -268,7 +268,7 @@ dxf::RecordId Database::insert(dxf::RecordId previous, std::string bytes) {
   const dxf::RecordId record = m_file.insertAfter(previous, std::move(bytes));
   m_undo->keepNew(m_file, record);
   m_structure->add(record);
-  noteSeen(record);
+  logChange(record);
   return record;
 }
 

@@ -191,7 +191,8 @@ class TORVA_API Database final : public KdDbDatabase {
   void letGoBeside(dxf::RecordId record);
   void noteDirty(dxf::RecordId record);
   void noteChanged(dxf::RecordId record);
-  void noteSeen(dxf::RecordId record);
+  /// Tells those who follow the changes of one.
+  void logChange(dxf::RecordId record);
   /// Takes a style into the drawing, owned by a dictionary, or a multiline into a block. The statuses are those of
   /// KdDbDictionary::setAt() and KdDbBlockTableRecord::appendEntity().
   KdStatus adoptObject(KdDbObject& object, dxf::RecordId dictionary);
